@@ -48,10 +48,13 @@ void ByteWriter::put(std::string_view text) {
   put(std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
 }
 
-void ByteWriter::u8(std::uint8_t value) { put(std::span(&value, 1)); }
+void ByteWriter::u8(std::uint8_t value) {
+  put(std::span(&value, 1));
+}
 
 void ByteWriter::u16le(std::uint16_t value) {
-  const std::uint8_t b[] = {static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8)};
+  const std::uint8_t b[] = {static_cast<std::uint8_t>(value),
+                            static_cast<std::uint8_t>(value >> 8)};
   put(b);
 }
 

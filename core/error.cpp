@@ -11,8 +11,12 @@ Error::Error(std::string_view callText) {
   message_ += formatText("Error code: %ld", code);
 }
 
-long Error::lastError() const { return lastOsError(); }
+long Error::lastError() const {
+  return lastOsError();
+}
 
-long SocketExc::lastError() const { return lastSocketError(); }
+long SocketExc::lastError() const {
+  return lastSocketError();
+}
 
 }  // namespace omniset

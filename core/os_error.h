@@ -16,7 +16,7 @@ long lastSocketError();
 void setLastOsError(long code);
 
 // The system's text for a code, at most 99 characters, normally ending in a line break; empty when
-// the system does not know the code.
+// the system does not know the code. Leaves the last error code as it was.
 std::string osErrorText(long code);
 
 // The system's code for "the caller does not own this" (release of a mutex held by another thread).

@@ -10,8 +10,12 @@ namespace {
 constexpr std::size_t kLongestText = 99;
 
 // strerror_r comes in two forms, of which only one returns the text: both are taken here.
-[[maybe_unused]] const char* textOf(int /*result*/, const char* buffer) { return buffer; }
-[[maybe_unused]] const char* textOf(const char* result, const char* /*buffer*/) { return result; }
+[[maybe_unused]] const char* textOf(int /*result*/, const char* buffer) {
+  return buffer;
+}
+[[maybe_unused]] const char* textOf(const char* result, const char* /*buffer*/) {
+  return result;
+}
 
 bool isPlaceholder(const std::string& text) {
   return text.empty() || text.starts_with("Unknown error") ||
@@ -20,11 +24,17 @@ bool isPlaceholder(const std::string& text) {
 
 }  // namespace
 
-long lastOsError() { return errno; }
+long lastOsError() {
+  return errno;
+}
 
-long lastSocketError() { return errno; }
+long lastSocketError() {
+  return errno;
+}
 
-void setLastOsError(long code) { errno = static_cast<int>(code); }
+void setLastOsError(long code) {
+  errno = static_cast<int>(code);
+}
 
 std::string osErrorText(long code) {
   char buffer[256] = "";
@@ -34,6 +44,8 @@ std::string osErrorText(long code) {
   return text + "\n";
 }
 
-long osErrorNotOwner() { return EPERM; }
+long osErrorNotOwner() {
+  return EPERM;
+}
 
 }  // namespace omniset

@@ -1,6 +1,6 @@
 #include <chrono>
 #include <condition_variable>
-#include <cstdint>
+#include <list>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
@@ -49,25 +49,37 @@ void Mutex::wait(int timeoutMs) {
 }
 
 void Mutex::release() {
-  {
-    const std::lock_guard lock(native_->mutex);
-    if (native_->depth == 0 || native_->owner != std::this_thread::get_id()) {
-      setLastOsError(osErrorNotOwner());
-      throw Error("Mutex ReleaseMutex");
-    }
-    if (--native_->depth > 0) return;
+  // Held to the end: the thread that obtains the mutex next may destroy it.
+  const std::lock_guard lock(native_->mutex);
+  if (native_->depth == 0 || native_->owner != std::this_thread::get_id()) {
+    setLastOsError(osErrorNotOwner());
+    throw Error("Mutex ReleaseMutex");
   }
-  native_->freed.notify_one();
+  if (--native_->depth == 0) native_->freed.notify_one();
 }
 
+// A thread that waits is released by the call that signals the event, not by finding the event
+// signalled once it runs again: a reset right after a set, or a wait by another thread, takes
+// nothing from it.
 struct Event::Native {
+  struct Waiter {
+    bool released = false;
+  };
+
   std::mutex mutex;
   std::condition_variable changed;
   bool manualReset;
   bool signalled;
-  std::uint64_t waiting = 0;
-  std::uint64_t generation = 0;  // counts the pulses that released all who waited
-  std::uint64_t pulsedOne = 0;   // pulses for one waiter each, not yet taken
+  std::list<Waiter*> waiting;  // in the order of their coming
+
+  void releaseFirst() {
+    waiting.front()->released = true;
+    waiting.pop_front();
+    changed.notify_all();
+  }
+  void releaseAll() {
+    while (!waiting.empty()) releaseFirst();
+  }
 };
 
 Event::Event(bool manualReset, bool signalled) : native_(std::make_unique<Native>()) {
@@ -79,8 +91,12 @@ Event::~Event() = default;
 
 void Event::set() {
   const std::lock_guard lock(native_->mutex);
+  if (!native_->manualReset && !native_->waiting.empty()) {
+    native_->releaseFirst();
+    return;
+  }
   native_->signalled = true;
-  native_->changed.notify_all();
+  native_->releaseAll();
 }
 
 void Event::reset() {
@@ -92,31 +108,23 @@ void Event::pulse() {
   const std::lock_guard lock(native_->mutex);
   native_->signalled = false;
   if (native_->manualReset) {
-    ++native_->generation;
-  } else if (native_->pulsedOne < native_->waiting) {
-    ++native_->pulsedOne;
+    native_->releaseAll();
+  } else if (!native_->waiting.empty()) {
+    native_->releaseFirst();
   }
-  native_->changed.notify_all();
 }
 
 bool Event::wait(int timeoutMs) {
   std::unique_lock lock(native_->mutex);
-  Native& n = *native_;
-  const std::uint64_t came = n.generation;
-  const auto released = [&] {
-    return n.signalled || n.generation != came || n.pulsedOne > 0;
-  };
-  ++n.waiting;
-  const bool inTime = waitUntil(n.changed, lock, timeoutMs, released);
-  --n.waiting;
-  if (!inTime) return false;
-  if (n.generation != came) return true;
-  if (n.pulsedOne > 0) {
-    --n.pulsedOne;
-  } else if (!n.manualReset) {
-    n.signalled = false;
+  if (native_->signalled) {
+    native_->signalled = native_->manualReset;
+    return true;
   }
-  return true;
+  Native::Waiter self;
+  native_->waiting.push_back(&self);
+  if (waitUntil(native_->changed, lock, timeoutMs, [&] { return self.released; })) return true;
+  native_->waiting.remove(&self);
+  return false;
 }
 
 }  // namespace omniset

@@ -28,7 +28,9 @@ Mutex::Mutex(const std::string& name)
   if (!native_->handle) throw Error("Mutex CreateMutex");
 }
 
-Mutex::~Mutex() { CloseHandle(native_->handle); }
+Mutex::~Mutex() {
+  CloseHandle(native_->handle);
+}
 
 void Mutex::wait(int timeoutMs) {
   if (!waitForObject(native_->handle, timeoutMs)) throw std::runtime_error("Mutex wait timeouted");
@@ -47,7 +49,9 @@ Event::Event(bool manualReset, bool signalled)
   if (!native_->handle) throw Error("Event CreateEvent");
 }
 
-Event::~Event() { CloseHandle(native_->handle); }
+Event::~Event() {
+  CloseHandle(native_->handle);
+}
 
 void Event::set() {
   if (!SetEvent(native_->handle)) throw Error("Event SetEvent");
@@ -61,6 +65,8 @@ void Event::pulse() {
   if (!PulseEvent(native_->handle)) throw Error("Event PulseEvent");
 }
 
-bool Event::wait(int timeoutMs) { return waitForObject(native_->handle, timeoutMs); }
+bool Event::wait(int timeoutMs) {
+  return waitForObject(native_->handle, timeoutMs);
+}
 
 }  // namespace omniset

@@ -40,18 +40,22 @@ class ThreadBase {
   ThreadBase(std::string name, int stopTimeoutMs, Event* stopEvent);
 
   // Ends a thread that still runs. To be called first in the destructor of every derived class:
-  // after it the thread no longer touches what that class owns, except for a job that it holds.
+  // after it the thread no longer touches what that class owns, except for a job that it keeps.
   void terminateIfActive();
 
-  // Says that run() has taken a share in its job and touches nothing else of this object. Where
-  // threads cannot be ended from outside, such a thread is left behind with its job; one that never
-  // says so is waited for.
-  void holdsJob();
+  // Called by run() when from then on it touches nothing of this object but the job. Where threads
+  // cannot be ended from outside, such a thread is left behind with a share in its job; one that
+  // never says so is waited for.
+  void keepJob(std::shared_ptr<const void> job);
 
  private:
   struct Native;
 
-  static void threadEntry(ThreadBase& base, const std::string& name, unsigned long id);
+  static void threadEntry(ThreadBase& base, const std::string& name, unsigned long id,
+                          Native& native);
+  // Called in the thread when its job has returned or thrown: it needs its owner no more, and has
+  // only its last lines to trace.
+  static void jobEnded(Native& native);
 
   std::shared_ptr<Native> native_;
   bool started_ = false;
@@ -71,9 +75,9 @@ class Thread : public ThreadBase {
   ~Thread() override { terminateIfActive(); }
 
   void run() override {
-    const std::shared_ptr<Job> job = job_;
-    holdsJob();
-    job->run();
+    Job& job = *job_;
+    keepJob(job_);
+    job.run();
   }
 
   Job& job() { return *job_; }

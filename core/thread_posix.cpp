@@ -1,5 +1,4 @@
-#include <chrono>
-#include <condition_variable>
+#include <atomic>
 #include <mutex>
 #include <stdexcept>
 #include <system_error>
@@ -17,17 +16,19 @@ namespace omniset {
 // Shared by the owner and the thread, because a thread that ignores its stop event outlives its
 // owner here: POSIX has no safe way to end it from outside.
 struct ThreadBase::Native {
-  std::mutex mutex;
-  std::condition_variable changed;
-  bool holdsJob = false;
-  bool finished = false;
+  // The thread has only its exit left to trace.
+  std::atomic<bool> jobEnded = false;
+  Event finished{true, false};
+  // Set when the thread needs its owner no more.
+  Event independent{true, false};
+  std::shared_ptr<const void> job;
+  // The owner's earlier thread, if that one ignored its stop event.
+  std::shared_ptr<Native> before;
 
-  void raise(bool Native::* flag) {
-    const std::lock_guard lock(mutex);
-    this->*flag = true;
-    changed.notify_all();
-  }
+  static thread_local Native* ofThisThread;
 };
+
+thread_local ThreadBase::Native* ThreadBase::Native::ofThisThread = nullptr;
 
 namespace {
 
@@ -44,10 +45,13 @@ void ThreadBase::start() {
   if (started_) throw std::runtime_error("thread already started");
   const unsigned long id = nextThreadId();
   auto native = std::make_shared<Native>();
+  if (native_ && !native_->finished.wait(0)) native->before = native_;
   try {
     std::thread([this, native, name = name_, id] {
-      threadEntry(*this, name, id);
-      native->raise(&Native::finished);
+      Native::ofThisThread = native.get();
+      threadEntry(*this, name, id, *native);
+      native->job.reset();
+      native->finished.set();
     }).detach();
   } catch (const std::system_error& e) {
     setLastOsError(e.code().value());
@@ -61,11 +65,7 @@ void ThreadBase::start() {
 void ThreadBase::stop() {
   if (!started_) throw std::runtime_error("stopping stopped thread");
   if (stopEvent_) stopEvent_->set();
-  std::unique_lock lock(native_->mutex);
-  const auto limit = std::chrono::milliseconds(stopTimeoutMs_);
-  if (!native_->changed.wait_for(lock, limit, [&] { return native_->finished; })) {
-    traceLine("ignoring 'terminate': " + name_);
-  }
+  if (!native_->finished.wait(stopTimeoutMs_)) traceLine("ignoring 'terminate': " + name_);
   started_ = false;
 }
 
@@ -74,21 +74,27 @@ unsigned long ThreadBase::exitCode() const {
     setLastOsError(ESRCH);
     throw Error("GetExitCodeThread");
   }
-  const std::lock_guard lock(native_->mutex);
-  return native_->finished ? 0 : kStillActive;
+  return native_->finished.wait(0) ? 0 : kStillActive;
 }
 
-void ThreadBase::holdsJob() { native_->raise(&Native::holdsJob); }
+void ThreadBase::jobEnded(Native& native) {
+  native.jobEnded = true;
+  native.independent.set();
+}
+
+void ThreadBase::keepJob(std::shared_ptr<const void> job) {
+  Native::ofThisThread->job = std::move(job);
+  Native::ofThisThread->independent.set();
+}
 
 void ThreadBase::terminateIfActive() {
-  if (!native_) return;
-  std::unique_lock lock(native_->mutex);
-  if (!native_->finished) {
-    traceLine("thread still active, terminating");
-    native_->changed.wait(lock, [&] { return native_->finished || native_->holdsJob; });
+  for (; native_; native_ = native_->before) {
+    if (!native_->jobEnded) {
+      traceLine("thread still active, terminating");
+      native_->independent.wait();
+    }
+    if (native_->jobEnded) native_->finished.wait();
   }
-  lock.unlock();
-  native_.reset();
 }
 
 }  // namespace omniset

@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <atomic>
+#include <functional>
 #include <stdexcept>
 
 #include "core/error.h"
@@ -10,8 +12,14 @@ namespace omniset {
 
 struct ThreadBase::Native {
   HANDLE handle = nullptr;
-  ~Native() {
+  std::atomic<bool> jobEnded = false;
+  // The owner's earlier thread, if that one ignored its stop event.
+  std::shared_ptr<Native> before;
+
+  ~Native() { close(); }
+  void close() {
     if (handle) CloseHandle(handle);
+    handle = nullptr;
   }
 };
 
@@ -19,17 +27,21 @@ namespace {
 
 constexpr DWORD kTerminatedExitCode = 0xFFFFFFFF;
 
-// What the new thread needs before its object may be touched.
-struct Start {
-  ThreadBase* base;
-  void (*entry)(ThreadBase&, const std::string&, unsigned long);
-  std::string name;
-};
+// TerminateThread returns before the thread is gone. One that is stuck inside the system may never
+// go, but then it touches nothing of the program either.
+constexpr DWORD kEndLimitMs = 5000;
+
+using Body = std::function<void()>;
 
 DWORD WINAPI enterThread(void* parameter) {
-  const std::unique_ptr<Start> start(static_cast<Start*>(parameter));
-  start->entry(*start->base, start->name, GetCurrentThreadId());
+  const std::unique_ptr<Body> body(static_cast<Body*>(parameter));
+  (*body)();
   return 0;
+}
+
+bool isActive(HANDLE thread) {
+  DWORD code = 0;
+  return GetExitCodeThread(thread, &code) && code == ThreadBase::kStillActive;
 }
 
 }  // namespace
@@ -37,11 +49,13 @@ DWORD WINAPI enterThread(void* parameter) {
 void ThreadBase::start() {
   if (started_) throw std::runtime_error("thread already started");
   auto native = std::make_shared<Native>();
-  auto start = std::make_unique<Start>(Start{this, &ThreadBase::threadEntry, name_});
+  if (native_ && isActive(native_->handle)) native->before = native_;
+  auto body = std::make_unique<Body>(
+      [this, native, name = name_] { threadEntry(*this, name, GetCurrentThreadId(), *native); });
   DWORD id = 0;
-  native->handle = CreateThread(nullptr, 0, enterThread, start.get(), 0, &id);
+  native->handle = CreateThread(nullptr, 0, enterThread, body.get(), 0, &id);
   if (!native->handle) throw Error("CreateThread");
-  static_cast<void>(start.release());
+  static_cast<void>(body.release());
   native_ = std::move(native);
   tracef("start thread: %lu\n", id);
   started_ = true;
@@ -66,17 +80,25 @@ unsigned long ThreadBase::exitCode() const {
   return code;
 }
 
-// Threads can be ended here, so nothing need be known of what they hold.
-void ThreadBase::holdsJob() {}
+void ThreadBase::jobEnded(Native& native) {
+  native.jobEnded = true;
+}
+
+// Threads can be ended here, and a share that one of them held would then never be given back.
+void ThreadBase::keepJob(std::shared_ptr<const void> /*job*/) {}
 
 void ThreadBase::terminateIfActive() {
-  if (!native_) return;
-  DWORD code = 0;
-  if (GetExitCodeThread(native_->handle, &code) && code == kStillActive) {
-    traceLine("thread still active, terminating");
-    TerminateThread(native_->handle, kTerminatedExitCode);
+  for (; native_; native_ = native_->before) {
+    const HANDLE thread = native_->handle;
+    // Terminated now, it might leave behind a lock of the trace or of the system for ever.
+    if (native_->jobEnded) WaitForSingleObject(thread, kEndLimitMs);
+    if (isActive(thread)) {
+      traceLine("thread still active, terminating");
+      TerminateThread(thread, kTerminatedExitCode);
+      WaitForSingleObject(thread, kEndLimitMs);
+    }
+    native_->close();
   }
-  native_.reset();
 }
 
 }  // namespace omniset

@@ -36,7 +36,9 @@ TraceSink* setTraceSink(TraceSink* sink) {
   return theTrace().sink.exchange(sink);
 }
 
-bool traceEnabled() { return theTrace().sink.load(std::memory_order_relaxed) != nullptr; }
+bool traceEnabled() {
+  return theTrace().sink.load(std::memory_order_relaxed) != nullptr;
+}
 
 void trace(std::string_view text) {
   if (!traceEnabled()) return;

@@ -24,7 +24,8 @@ class UdpSocket {
 
   virtual void open(const char* failure) = 0;
   virtual void allowBroadcast(const char* failure) = 0;
-  // Binds to any local address.
+  // Binds to any local address. What this socket itself broadcasts may come back to it from then
+  // on; some systems keep it away.
   virtual void bind(std::uint16_t port, const char* failure) = 0;
   // Returns the number of bytes sent.
   virtual std::size_t sendTo(std::span<const std::uint8_t> bytes, const UdpPeer& to,

@@ -1,10 +1,13 @@
 #include <arpa/inet.h>
+#include <linux/filter.h>
+#include <linux/if_packet.h>
 #include <netinet/in.h>
-#include <sys/select.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <iterator>
 
 #include "core/error.h"
 #include "core/udp_socket.h"
@@ -46,6 +49,8 @@ class PosixUdpSocket : public UdpSocket {
     if (::bind(socket_, reinterpret_cast<const sockaddr*>(&any), sizeof any) < 0) {
       throw SocketExc(failure);
     }
+    dropOwnBroadcasts(port);
+    makeRoom();
   }
 
   std::size_t sendTo(std::span<const std::uint8_t> bytes, const UdpPeer& to,
@@ -58,13 +63,11 @@ class PosixUdpSocket : public UdpSocket {
   }
 
   bool waitReadable(Micros timeout, const char* failure) override {
-    fd_set readable;
-    FD_ZERO(&readable);
-    FD_SET(socket_, &readable);
-    timeval limit{static_cast<time_t>(timeout / kSecond),
-                  static_cast<suseconds_t>(timeout % kSecond)};
-    const int ready =
-        select(socket_ + 1, &readable, nullptr, nullptr, timeout != 0 ? &limit : nullptr);
+    // Not select(): its sets end at descriptor 1023.
+    pollfd readable{socket_, POLLIN, 0};
+    const timespec limit{static_cast<time_t>(timeout / kSecond),
+                         static_cast<long>(timeout % kSecond * 1000)};
+    const int ready = ppoll(&readable, 1, timeout != 0 ? &limit : nullptr, nullptr);
     if (ready < 0 && errno == EINTR) return false;
     if (ready < 0) throw SocketExc(failure);
     return ready > 0;
@@ -88,6 +91,31 @@ class PosixUdpSocket : public UdpSocket {
                    static_cast<socklen_t>(interfaceName_.size())) < 0) {
       throw SocketExc("setsockopt() SO_BINDTODEVICE failed");
     }
+  }
+
+  // A broadcast comes back to the socket that sent it, where nobody wants it: it would cost a
+  // wake-up and the place of somebody else's datagram. Where the system cannot filter, it comes.
+  void dropOwnBroadcasts(std::uint16_t port) {
+    constexpr auto kPacketType = static_cast<std::uint32_t>(SKF_AD_OFF + SKF_AD_PKTTYPE);
+    constexpr std::uint32_t kSourcePort = 0;  // offset in the UDP header
+    constexpr std::uint32_t kWhole = 0xFFFF'FFFF;
+    sock_filter steps[] = {
+        {BPF_LD | BPF_B | BPF_ABS, 0, 0, kPacketType},
+        {BPF_JMP | BPF_JEQ | BPF_K, 0, 3, PACKET_LOOPBACK},
+        {BPF_LD | BPF_H | BPF_ABS, 0, 0, kSourcePort},
+        {BPF_JMP | BPF_JEQ | BPF_K, 0, 1, port},
+        {BPF_RET | BPF_K, 0, 0, 0},
+        {BPF_RET | BPF_K, 0, 0, kWhole},
+    };
+    const sock_fprog filter{std::size(steps), steps};
+    setsockopt(socket_, SOL_SOCKET, SO_ATTACH_FILTER, &filter, sizeof filter);
+  }
+
+  // For a datagram of each of some hundred peers that answer at once; the usual room is enough for
+  // ninety. What the system does not grant is gone without.
+  void makeRoom() {
+    const int bytes = 512 * 1024;
+    setsockopt(socket_, SOL_SOCKET, SO_RCVBUF, &bytes, sizeof bytes);
   }
 
   std::string interfaceName_;

@@ -46,9 +46,9 @@ class WinsockUdpSocket : public UdpSocket {
   std::size_t sendTo(std::span<const std::uint8_t> bytes, const UdpPeer& to,
                      const char* failure) override {
     const sockaddr_in address = toNative(to);
-    const int sent = sendto(socket_, reinterpret_cast<const char*>(bytes.data()),
-                            static_cast<int>(bytes.size()), 0,
-                            reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    const int sent =
+        sendto(socket_, reinterpret_cast<const char*>(bytes.data()), static_cast<int>(bytes.size()),
+               0, reinterpret_cast<const sockaddr*>(&address), sizeof address);
     if (sent == SOCKET_ERROR) throw SocketExc(failure);
     return static_cast<std::size_t>(sent);
   }
@@ -105,6 +105,8 @@ SocketLibrary::SocketLibrary() {
   if (WSAStartup(kWinsock11, &data) != 0) throw Error("WSA start failed");
 }
 
-SocketLibrary::~SocketLibrary() { WSACleanup(); }
+SocketLibrary::~SocketLibrary() {
+  WSACleanup();
+}
 
 }  // namespace omniset

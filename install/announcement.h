@@ -13,7 +13,8 @@ struct Announcement {
 };
 
 // Nothing for a payload that does not begin with the word. Only the first 1024 bytes are looked at,
-// and only those before a zero byte; the label of one with too few lines is what is there, or empty.
+// and only those before a zero byte; the label of one with too few lines is what is there, or
+// empty.
 std::optional<Announcement> parseAnnouncement(std::string_view payload);
 
 }  // namespace omniset

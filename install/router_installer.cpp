@@ -1,7 +1,5 @@
 #include "install/router_installer.h"
 
-#include <algorithm>
-
 #include "install/announcement.h"
 
 namespace omniset {
@@ -10,7 +8,6 @@ namespace {
 
 constexpr int kLockTimeoutMs = 10'000;
 constexpr Micros kLongestWait = kSecond;
-constexpr Micros kShortestWait = 1;
 // An announcement that comes this long after the one from which an installation was started can
 // only come from a target that has started over.
 constexpr Micros kRestartAfter = 5 * kSecond;
@@ -42,19 +39,12 @@ void RouterInstaller::step() {
   if (received >= 0) datagramReceived(static_cast<std::size_t>(received));
 }
 
-// Fires the timers that are due, in the order of the MAC addresses; returns how long to wait.
+// Returns how long to wait for the next timer.
 Micros RouterInstaller::runTimers() {
   const Micros now = clock_.now();
   const ScopedLock lock(mutex_, kLockTimeoutMs);
-  deadlines_.collectDue(now, due_);
-  std::sort(due_.begin(), due_.end());
-  for (const MacAddress& mac : due_) {
-    Entry& entry = sessions_.find(mac)->second;
-    entry.session->timerFired(now);
-    updateDeadline(entry);
-  }
-  const Micros nearest = deadlines_.nearest().value_or(now + kLongestWait);
-  return std::clamp(nearest - now, kShortestWait, kLongestWait);
+  sessions_.fireDue(now);
+  return sessions_.timeToNext(now, kLongestWait);
 }
 
 void RouterInstaller::datagramReceived(std::size_t received) {
@@ -68,10 +58,9 @@ void RouterInstaller::datagramReceived(std::size_t received) {
     return;
   }
   const ScopedLock lock(mutex_, kLockTimeoutMs);
-  const auto at = sessions_.find(header.source);
-  if (at == sessions_.end()) return;
-  at->second.session->frameReceived(receiveFrame_, received, now);
-  updateDeadline(at->second);
+  sessions_.with(header.source, [&](RouterSession& session) {
+    session.frameReceived(receiveFrame_, received, now);
+  });
 }
 
 void RouterInstaller::announced(const MacAddress& source, Micros now) {
@@ -82,50 +71,31 @@ void RouterInstaller::announced(const MacAddress& source, Micros now) {
   record.label = announcement->label;
   record.lastSeen = now;
   const ScopedLock lock(mutex_, kLockTimeoutMs);
-  const auto at = sessions_.find(source);
-  if (at != sessions_.end() && now - at->second.session->record().lastSeen > kRestartAfter) {
-    destroySession(at);
-  }
+  const RouterSession* session = sessions_.find(source);
+  if (session && now - session->record().lastSeen > kRestartAfter) sessions_.remove(source);
   if (announcements_.size() < kMostAnnouncements) announcements_.push_back(std::move(record));
 }
 
-void RouterInstaller::updateDeadline(Entry& entry) {
-  if (entry.deadline->first == entry.session->deadline()) return;
-  entry.deadline = deadlines_.move(entry.deadline, entry.session->deadline());
-}
-
-void RouterInstaller::destroySession(Sessions::iterator at) {
-  deadlines_.remove(at->second.deadline);
-  sessions_.erase(at);
-}
-
+// The record may be that of the session that is replaced, which therefore goes last.
 void RouterInstaller::Access::install(const RouterRecord& record,
                                       const std::string& packagesFolder) {
   RouterInstaller& i = installer_;
-  cancel(record.mac);
-  auto session = std::make_unique<RouterSession>(
-      record, packagesFolder, SessionServices{i.endpoint_, i.sendFrame_, i.clock_, i.tempFiles_});
-  const auto deadline = i.deadlines_.add(session->deadline(), record.mac);
-  i.sessions_.emplace(record.mac, Entry{std::move(session), deadline});
+  const MacAddress mac = record.mac;
+  const SessionServices services{i.endpoint_, i.sendFrame_, i.clock_, i.tempFiles_};
+  i.sessions_.add(mac, std::make_unique<RouterSession>(record, packagesFolder, services));
 }
 
 bool RouterInstaller::Access::requestReboot(const MacAddress& mac) {
-  const auto at = installer_.sessions_.find(mac);
-  if (at == installer_.sessions_.end()) return false;
-  at->second.session->requestReboot();
-  return true;
+  return installer_.sessions_.with(mac, [](RouterSession& session) { session.requestReboot(); });
 }
 
 bool RouterInstaller::Access::cancel(const MacAddress& mac) {
-  const auto at = installer_.sessions_.find(mac);
-  if (at == installer_.sessions_.end()) return false;
-  installer_.destroySession(at);
-  return true;
+  return installer_.sessions_.remove(mac);
 }
 
 const RouterRecord* RouterInstaller::Access::record(const MacAddress& mac) const {
-  const auto at = installer_.sessions_.find(mac);
-  return at == installer_.sessions_.end() ? nullptr : &at->second.session->record();
+  const RouterSession* session = installer_.sessions_.find(mac);
+  return session ? &session->record() : nullptr;
 }
 
 std::optional<RouterRecord> RouterInstaller::Access::takeAnnouncement() {

@@ -4,11 +4,9 @@
 
 #include <cstddef>
 #include <deque>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "core/clock.h"
 #include "core/job.h"
@@ -16,12 +14,12 @@
 #include "core/sync.h"
 #include "core/temp_file.h"
 #include "core/udp_socket.h"
-#include "install/deadline_index.h"
 #include "install/router_record.h"
 #include "install/router_session.h"
 #include "link/broadcast_endpoint.h"
 #include "link/link_frame.h"
 #include "link/network_interfaces.h"
+#include "link/timed_sessions.h"
 
 namespace omniset {
 
@@ -76,17 +74,9 @@ class RouterInstaller : public Code {
   Access access(int timeoutMs = kAccessTimeoutMs) { return {*this, timeoutMs}; }
 
  private:
-  struct Entry {
-    std::unique_ptr<RouterSession> session;
-    DeadlineIndex<MacAddress>::Handle deadline;
-  };
-  using Sessions = std::map<MacAddress, Entry>;
-
   Micros runTimers();
   void datagramReceived(std::size_t received);
   void announced(const MacAddress& source, Micros now);
-  void updateDeadline(Entry& entry);
-  void destroySession(Sessions::iterator at);
 
   const Clock& clock_;
   TempFiles& tempFiles_;
@@ -94,9 +84,7 @@ class RouterInstaller : public Code {
   LinkFrame receiveFrame_;
   LinkFrame sendFrame_;
   Mutex mutex_;  // guards what follows
-  Sessions sessions_;
-  DeadlineIndex<MacAddress> deadlines_;
-  std::vector<MacAddress> due_;
+  TimedSessions<RouterSession> sessions_;
   std::deque<RouterRecord> announcements_;
 };
 

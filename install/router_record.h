@@ -12,9 +12,9 @@
 namespace omniset {
 
 enum class RouterStatus : std::int32_t {
-  kReady = 1,          // announced, not being installed
-  kFinished = 2,       // installed; rebooted, or the reboot can no longer be confirmed
-  kFailed = 3,         // the status text says why
+  kReady = 1,     // announced, not being installed
+  kFinished = 2,  // installed; rebooted, or the reboot can no longer be confirmed
+  kFailed = 3,    // the status text says why
   kInstalling = 4,
   kWaitingReboot = 5,
 };

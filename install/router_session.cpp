@@ -14,10 +14,10 @@ namespace omniset {
 
 namespace {
 
-constexpr std::uint32_t kOfferTries = 60;         // one a second
+constexpr std::uint32_t kOfferTries = 60;          // one a second
 constexpr std::uint32_t kPreparationTries = 1800;  // keep-alives, one a second
 constexpr std::uint32_t kFileTries = 60;
-constexpr std::uint32_t kRebootTries = 30;         // one a second
+constexpr std::uint32_t kRebootTries = 30;  // one a second
 constexpr Micros kSlowestRetransmission = kSecond;
 constexpr Micros kFastestRetransmission = 10 * kMillisecond;
 
@@ -70,7 +70,9 @@ RouterSession::~RouterSession() {
   if (!scriptFile_.empty()) std::remove(scriptFile_.c_str());
 }
 
-void RouterSession::timerFired(Micros now) { dispatch(nullptr, now); }
+void RouterSession::timerFired(Micros now) {
+  dispatch(nullptr, now);
+}
 
 void RouterSession::frameReceived(LinkFrame& frame, std::size_t received, Micros now) {
   if (acceptFrame(connection_, frame, received)) {

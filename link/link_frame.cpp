@@ -48,7 +48,9 @@ std::span<const std::uint8_t> LinkFrame::payload() const {
   return datagram().subspan(kFrameHeaderLength);
 }
 
-std::string_view LinkFrame::payloadText() const { return asText(payload()); }
+std::string_view LinkFrame::payloadText() const {
+  return asText(payload());
+}
 
 std::span<const std::uint8_t> LinkFrame::datagram() const {
   const std::size_t length = kFrameHeaderLength + header().payloadLength;

@@ -27,10 +27,10 @@ void sendAcknowledgement(BroadcastEndpoint& endpoint, const LinkConnection& conn
 }
 
 void sendControl(BroadcastEndpoint& endpoint, const LinkConnection& connection, LinkFrame& frame,
-                 std::string_view text) {
+                 std::string_view text, bool isAck) {
   ByteWriter writer(frame.payloadRoom().first(kChunkLength));
   writer.put(text);
-  makeHeader(connection, frame, static_cast<std::uint16_t>(writer.written()), true,
+  makeHeader(connection, frame, static_cast<std::uint16_t>(writer.written()), isAck,
              kControlChannel);
   endpoint.sendDatagram(frame.datagram());
 }

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "core/clock.h"
 #include "link/broadcast_endpoint.h"
@@ -20,10 +21,10 @@ void makeHeader(const LinkConnection& connection, LinkFrame& frame, std::uint16_
 void sendAcknowledgement(BroadcastEndpoint& endpoint, const LinkConnection& connection,
                          LinkFrame& frame);
 
-// Sends a text with the acknowledgement of the peer's last frame on the control channel, built in
-// `frame`. The text must fit a chunk.
+// Sends a text on the control channel, by default with the acknowledgement of the peer's last
+// frame. Uses `frame` as its buffer. The text must fit a chunk.
 void sendControl(BroadcastEndpoint& endpoint, const LinkConnection& connection, LinkFrame& frame,
-                 std::string_view text);
+                 std::string_view text, bool isAck = true);
 
 // The acceptance filter on a datagram of `received` bytes. A datagram shorter than a header gets
 // its first four bytes zeroed, so that no stale source address is taken for a sender later.

@@ -33,9 +33,9 @@ std::vector<NetworkInterface> SystemNetworkInterfaces::list() {
   for (const ifaddrs* entry = first; entry; entry = entry->ifa_next) {
     const sockaddr_ll* address = ethernetAddress(*entry);
     if (!address) continue;
-    NetworkInterface interface{entry->ifa_name, {}};
-    std::copy_n(address->sll_addr, interface.mac.bytes.size(), interface.mac.bytes.begin());
-    found.push_back(std::move(interface));
+    NetworkInterface adapter{entry->ifa_name, {}};
+    std::copy_n(address->sll_addr, adapter.mac.bytes.size(), adapter.mac.bytes.begin());
+    found.push_back(std::move(adapter));
   }
   return found;
 }

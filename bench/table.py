@@ -1,0 +1,110 @@
+"""Prints the table of a run from its results; bench/run calls it.
+
+Usage: table.py TRANSFERS MICRO
+TRANSFERS has lines "bare PLACE RATE" and "link PLACE TARGETS RATE INSTALLER_KIB AGENT_KIB" (rates in
+MB/s), MICRO is the JSON of Google Benchmark with medians. All figures shown are medians.
+"""
+
+import json
+import os
+import statistics
+import sys
+
+HEADING = ("what", "value", "beside", "value/beside", "target", "met")
+
+
+class Transfers:
+    def __init__(self, path):
+        with open(path, encoding="utf-8") as lines:
+            self.rows = [line.split() for line in lines]
+
+    def bare_rate(self, place):
+        return statistics.median(float(r[2]) for r in self.rows if r[:2] == ["bare", place])
+
+    def _link(self, place, targets, column):
+        chosen = [r for r in self.rows if r[:3] == ["link", place, str(targets)]]
+        return statistics.median(float(r[column]) for r in chosen)
+
+    def rate(self, place, targets):
+        return self._link(place, targets, 3)
+
+    def per_session(self, column):
+        most = self._link("apart", 256, column)
+        return (most - self._link("apart", 1, column)) / 255
+
+    def installer_per_session(self):
+        return self.per_session(4)
+
+    def agent_per_session(self):
+        return self.per_session(5)
+
+
+def row(what, value, unit, beside=None, beside_name="", at_least=None, below=None):
+    """`at_least` holds for value/beside, `below` for the value."""
+    shown = [what, f"{value:.3g} {unit}", "", "", "", ""]
+    if beside is not None:
+        shown[2] = f"{beside:.3g} {unit}, {beside_name}"
+        shown[3] = f"{value / beside:.2f}"
+    if at_least is not None:
+        shown[4] = f">= {at_least:.2f}"
+        shown[5] = "yes" if value / beside >= at_least else "NO"
+    if below is not None:
+        shown[4] = f"< {below} {unit}"
+        shown[5] = "yes" if value < below else "NO"
+    return shown
+
+
+def transfer_rows(t):
+    one, some, many = (t.rate("apart", n) for n in (1, 16, 256))
+    return [
+        row("64 MiB to 1 target, a processor for each side", one, "MB/s", t.bare_rate("apart"),
+            "bare exchange", at_least=0.9),
+        row("64 MiB to 1 target, one processor for both", t.rate("together", 1), "MB/s",
+            t.bare_rate("together"), "bare exchange", at_least=0.9),
+        row("16 MiB to 16 targets, all together", some, "MB/s", one, "1 target", at_least=1),
+        row("2 MiB to 256 targets, all together", many, "MB/s", some, "16 targets", at_least=1),
+        row("installer's memory per added session", t.installer_per_session(), "KiB", below=32),
+        row("agent's memory per added target", t.agent_per_session(), "KiB", below=32),
+    ]
+
+
+def micro_rows(path):
+    with open(path, encoding="utf-8") as file:
+        benchmarks = json.load(file)["benchmarks"]
+    time = {b["run_name"]: b["real_time"] for b in benchmarks if b["aggregate_name"] == "median"}
+    rows = [
+        row("building a frame", time["BuildFrame"], "ns"),
+        row("accepting an acknowledgement", time["AcceptAcknowledgement"], "ns"),
+        row("accepting a chunk", time["AcceptChunk"], "ns"),
+    ]
+    for what, name in (("finding the session of a frame", "FindSession"),
+                       ("finding the next deadline", "NextDeadline"),
+                       ("a turn of the event loop", "LoopTurn")):
+        rows.append(row(f"{what}, 1 session", time[f"{name}/1"], "ns"))
+        for count, fewer in ((16, 1), (256, 16), (4096, 256)):
+            rows.append(row(f"{what}, {count} sessions", time[f"{name}/{count}"], "ns",
+                            time[f"{name}/{fewer}"], f"with {fewer}"))
+    scan = time["ScanPackages"]
+    rows.append(row("scanning 1,000 packages", scan, "ms", time["readPackages/leading"],
+                    "reading their first 4 KiB"))
+    rows.append(row("scanning 1,000 packages", scan, "ms", time["readPackages/whole"],
+                    "reading them whole"))
+    return rows
+
+
+def print_table(rows):
+    widths = [max(len(r[i]) for r in rows) for i in range(len(HEADING))]
+    for number, cells in enumerate(rows):
+        print("| " + " | ".join(c.ljust(w) for c, w in zip(cells, widths)) + " |")
+        if number == 0:
+            print("|" + "|".join("-" * (w + 2) for w in widths) + "|")
+
+
+def main():
+    transfers, micro = sys.argv[1:]
+    print_table([HEADING] + transfer_rows(Transfers(transfers)) + micro_rows(micro))
+    print(f"\nMedians; {os.cpu_count()} processors; 1 MB/s is 1,000,000 bytes of files in a second.")
+
+
+if __name__ == "__main__":
+    main()

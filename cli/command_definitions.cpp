@@ -1,0 +1,147 @@
+#include "cli/command_definitions.h"
+
+#include <memory>
+
+namespace omniset {
+
+namespace {
+
+constexpr const char* kPackagesExample =
+    "Example:\n"
+    "  omniset-cli packages ~/packages\n"
+    "\n"
+    "--json writes an object per package and line, with the keys name, version, file,\n"
+    "size, description, dependencies and missing.\n"
+    "Exit status: 0 packages were listed, 2 the folder cannot be read or has none.";
+
+constexpr const char* kRoutersExample =
+    "Example:\n"
+    "  omniset-cli routers --interface eth1 --seconds 10\n"
+    "\n"
+    "--json writes an object per router and line, with the keys mac and label.\n"
+    "Exit status: 0 routers were found, 1 the network failed, 2 bad arguments,\n"
+    "3 no router was found.";
+
+constexpr const char* kInstallExample =
+    "Examples:\n"
+    "  omniset-cli install --packages ~/packages --select system,routing --first 1 \\\n"
+    "      --address 192.168.88.1/24 --gateway 192.168.88.254 --reboot\n"
+    "  omniset-cli install --packages ~/packages --select-all --all --wait 120 --json\n"
+    "\n"
+    "--json writes an object per event and line: \"router\" when a router is found,\n"
+    "\"status\" on each change, \"result\" last for each router.\n"
+    "Exit status: 0 every router was installed, 1 at least one was not, 2 bad\n"
+    "arguments or packages, 3 no router announced itself in time.";
+
+constexpr std::size_t kHelpColumn = 30;
+
+// The library's own adds "..." to lists and names parts of the usage that nobody has to know.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  HelpFormatter() { column_width(kHelpColumn); }
+
+  std::string make_option_opts(const CLI::Option* option) const override {
+    const std::string type = option->get_type_name();
+    return type.empty() ? "" : " " + type;
+  }
+
+  std::string make_usage(const CLI::App* app, std::string name) const override {
+    std::string usage = "\nUsage: " + name + " [OPTIONS]";
+    if (!app->get_subcommands({}).empty()) usage += " COMMAND";
+    for (const CLI::Option* option : app->get_options()) {
+      if (option->get_positional()) usage += " " + option->get_name(true);
+    }
+    return usage + "\n";
+  }
+};
+
+void addCommon(CLI::App& command, WrittenArguments& w) {
+  command.add_flag("--json", w.json, "Write JSON to standard output");
+  command.add_flag("--trace", w.trace, "Write diagnostic lines to standard error");
+}
+
+void addList(CLI::App& command, const char* name, std::vector<std::string>& values,
+             const char* typeName, const char* help) {
+  command.add_option(name, values, help)
+      ->delimiter(',')
+      ->allow_extra_args(false)
+      ->type_name(typeName);
+}
+
+void addText(CLI::App& command, const char* name, std::string& value, const char* typeName,
+             const char* help) {
+  command.add_option(name, value, help)->type_name(typeName);
+}
+
+void addInterface(CLI::App& command, WrittenArguments& w) {
+  addText(command, "--interface", w.interfaceName, "IF",
+          "Network adapter on which the routers are, by\n"
+          "name; where adapters have no names by number\n"
+          "or MAC address. Without it the first one");
+}
+
+CLI::App* addPackages(CLI::App& app, WrittenArguments& w) {
+  CLI::App* command = app.add_subcommand("packages", "List the packages of a folder");
+  addText(*command, "FOLDER", w.folder, "", "Folder with .bdl files");
+  addCommon(*command, w);
+  command->footer(kPackagesExample);
+  return command;
+}
+
+CLI::App* addRouters(CLI::App& app, WrittenArguments& w) {
+  CLI::App* command = app.add_subcommand("routers", "List the routers that wait for an installer");
+  addInterface(*command, w);
+  addText(*command, "--seconds", w.seconds, "N", "How long to listen [5]");
+  addCommon(*command, w);
+  command->footer(kRoutersExample);
+  return command;
+}
+
+void addWhatAndWhere(CLI::App& command, WrittenArguments& w) {
+  addText(command, "--packages", w.folder, "FOLDER", "Folder with .bdl files");
+  addList(command, "--select", w.select, "NAME[,NAME...]",
+          "Install these packages, by package or file\n"
+          "name, of several versions the newest, and\n"
+          "what they depend on");
+  command.add_flag("--select-all", w.selectAll, "Install every package of the folder");
+  addList(command, "--router", w.routers, "MAC[,MAC...]", "Install these routers");
+  addText(command, "--first", w.first, "N", "Install the first N that announce themselves");
+  command.add_flag("--all", w.all, "Install all that announce themselves in time");
+  addInterface(command, w);
+}
+
+void addConfiguration(CLI::App& command, WrittenArguments& w) {
+  addText(command, "--address", w.address, "A.B.C.D/LEN",
+          "Address and netmask length of the router");
+  addText(command, "--gateway", w.gateway, "A.B.C.D", "Default gateway, with --address");
+  addText(command, "--baud", w.baud, "N", "Speed of the serial ports, with --address\n[9600]");
+  addText(command, "--script", w.script, "FILE",
+          "Script for the first start, in place of the\n"
+          "one that --address makes");
+  command.add_flag("--keep-config", w.keepConfiguration, "Keep the router's configuration");
+}
+
+CLI::App* addInstall(CLI::App& app, WrittenArguments& w) {
+  CLI::App* command = app.add_subcommand("install", "Install routers, all at once");
+  addWhatAndWhere(*command, w);
+  addConfiguration(*command, w);
+  command->add_flag("--reboot", w.reboot, "Reboot each router when it is installed");
+  addText(*command, "--wait", w.wait, "SECONDS",
+          "How long routers may take to announce\nthemselves [60]");
+  addCommon(*command, w);
+  command->footer(kInstallExample);
+  return command;
+}
+
+}  // namespace
+
+Commands defineCommands(CLI::App& app, WrittenArguments& written) {
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.set_help_flag("-h,--help", "Show this help");
+  app.set_version_flag("--version", "omniset-cli " OMNISET_VERSION, "Show the version");
+  app.require_subcommand(0, 1);
+  app.footer("\"omniset-cli COMMAND --help\" tells a command's options, with an example.");
+  return {addPackages(app, written), addRouters(app, written), addInstall(app, written)};
+}
+
+}  // namespace omniset

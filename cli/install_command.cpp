@@ -1,0 +1,148 @@
+#include "cli/install_command.h"
+
+#include <chrono>
+#include <memory>
+#include <thread>
+
+#include "cli/adapter_choice.h"
+#include "cli/count_text.h"
+#include "cli/install_plan.h"
+#include "cli/installer_worker.h"
+#include "cli/interrupt.h"
+#include "cli/json_lines.h"
+#include "cli/package_folder.h"
+#include "cli/progress_display.h"
+
+namespace omniset {
+
+namespace {
+
+constexpr std::chrono::milliseconds kPollInterval(100);
+
+// Writes each router's result as the command's data.
+class ResultLines : public InstallListener {
+ public:
+  explicit ResultLines(std::ostream& out) : out_(out) {}
+  void routerSeen(const MacAddress&, const std::string&) override {}
+  void statusChanged(const RouterState&) override {}
+  void routerDone(const MacAddress& mac, bool ok, const std::string& text) override {
+    out_ << resultLine(mac, ok, text) << std::endl;
+  }
+
+ private:
+  std::ostream& out_;
+};
+
+// The display first: it clears the terminal for what the other writes.
+class DisplayAndData : public InstallListener {
+ public:
+  DisplayAndData(InstallListener& display, InstallListener& data)
+      : display_(display), data_(data) {}
+
+  void routerSeen(const MacAddress& mac, const std::string& label) override {
+    display_.routerSeen(mac, label);
+    data_.routerSeen(mac, label);
+  }
+  void statusChanged(const RouterState& state) override {
+    display_.statusChanged(state);
+    data_.statusChanged(state);
+  }
+  void routerDone(const MacAddress& mac, bool ok, const std::string& text) override {
+    display_.routerDone(mac, ok, text);
+    data_.routerDone(mac, ok, text);
+  }
+
+ private:
+  InstallListener& display_;
+  InstallListener& data_;
+};
+
+// JSON lines and live lines would spoil each other on one terminal.
+std::unique_ptr<ProgressDisplay> makeDisplay(bool json, bool trace, std::ostream& err) {
+  const bool sameTerminal = isStandardOutputTerminal();
+  if (trace || (json && sameTerminal) || !standardErrorTerminal()) {
+    return std::make_unique<PlainProgress>(err);
+  }
+  return std::make_unique<LiveProgress>(err, standardErrorTerminal, !sameTerminal);
+}
+
+std::unique_ptr<InstallListener> makeData(bool json, std::ostream& out) {
+  if (json) return std::make_unique<JsonEvents>(out);
+  return std::make_unique<ResultLines>(out);
+}
+
+std::string routerCount(std::size_t count) {
+  return countText(static_cast<std::int64_t>(count), "router");
+}
+
+std::string waitText(const InstallOptions& options) {
+  return countText(options.wait / kSecond, "second");
+}
+
+std::string startSentence(const InstallOptions& options, const InstallPlan& plan,
+                          const std::string& adapterName) {
+  std::string packages;
+  for (const std::string& name : plan.packages) packages += (packages.empty() ? "" : ", ") + name;
+  return "Installing " + packages + " (" + sizeText(plan.run.totalBytes) +
+         " for each router). Waiting up to " + waitText(options) + " for routers on " +
+         adapterName + ".";
+}
+
+void drive(InstallRun& run, InstallerWorker& worker, ProgressDisplay& display) {
+  for (;;) {
+    if (InterruptGuard::requested()) {
+      run.interrupt();
+    } else if (worker.hasEnded()) {
+      run.abandon(worker.reason());
+    } else {
+      run.poll();
+    }
+    display.tick(worker.clock().now());
+    if (run.done()) return;
+    std::this_thread::sleep_for(kPollInterval);
+  }
+}
+
+}  // namespace
+
+std::string summary(const InstallOptions& options, const InstallOutcome& outcome,
+                    const std::string& adapterName) {
+  if (outcome.started == 0 && !outcome.abandoned) {
+    return "No router announced itself within " + waitText(options) + " on " + adapterName +
+           ". Check that it has booted the installer and is on the same network, or wait longer "
+           "with --wait.";
+  }
+  std::string text = routerCount(outcome.succeeded) + " installed";
+  if (outcome.failed > 0) text += ", " + std::to_string(outcome.failed) + " failed";
+  if (outcome.abandoned) return text + "; the run ended early.";
+  if (outcome.missing == 0) return text + ".";
+  return text + ". " + routerCount(outcome.missing) + " did not appear within " +
+         waitText(options) +
+         ": check that all have booted the installer, or wait longer with "
+         "--wait.";
+}
+
+int runInstall(const InstallOptions& options, bool trace, const Console& console) {
+  PackageFolder folder(options.folder);
+  for (const std::string& file : folder.unreadable()) {
+    console.err << unreadableWarning(file) + "\n";
+  }
+  const InstallPlan plan = planInstallation(options, folder.catalogue());
+  for (const std::string& warning : plan.warnings) console.err << warning + "\n";
+  const AdapterChoice choice =
+      chooseAdapter(SystemNetworkInterfaces().list(), options.interfaceName);
+  if (choice.isGuess) console.err << guessWarning(choice) + "\n";
+
+  const InterruptGuard interrupt;
+  InstallerWorker worker(choice);
+  console.err << startSentence(options, plan, choice.shownName) << std::endl;
+  const auto display = makeDisplay(options.json, trace, console.err);
+  const auto data = makeData(options.json, console.out);
+  DisplayAndData listener(*display, *data);
+  InstallRun run(plan.run, worker.installer(), worker.clock(), listener);
+  drive(run, worker, *display);
+  console.err << summary(options, run.outcome(), choice.shownName) << std::endl;
+  return run.exitCode();
+}
+
+}  // namespace omniset

@@ -1,0 +1,20 @@
+// "omniset-cli install": installs routers.
+#pragma once
+
+#include <string>
+
+#include "cli/console.h"
+#include "cli/install_run.h"
+#include "cli/options.h"
+
+namespace omniset {
+
+// Returns the exit status. `trace` says that trace lines go to standard error, between which no
+// line can be redrawn. Raises BadInput and Failure.
+int runInstall(const InstallOptions& options, bool trace, const Console& console);
+
+// What the run came to, in a sentence.
+std::string summary(const InstallOptions& options, const InstallOutcome& outcome,
+                    const std::string& adapterName);
+
+}  // namespace omniset

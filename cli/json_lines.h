@@ -1,0 +1,33 @@
+// What the commands write with --json: one object per line, flushed line by line. Text that is not
+// valid UTF-8 has its invalid bytes replaced.
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "cli/install_run.h"
+#include "packages/package_catalogue.h"
+
+namespace omniset {
+
+// Each ends with a line feed.
+std::string packageJson(const PackageRecord& package);
+std::string routerJson(const MacAddress& mac, const std::string& label);
+
+// The events of an installation:
+//   {"event":"router","mac","label"}
+//   {"event":"status","mac","code","status","text","bytes","total"}
+//   {"event":"result","mac","ok","text"}
+class JsonEvents : public InstallListener {
+ public:
+  explicit JsonEvents(std::ostream& out) : out_(out) {}
+
+  void routerSeen(const MacAddress& mac, const std::string& label) override;
+  void statusChanged(const RouterState& state) override;
+  void routerDone(const MacAddress& mac, bool ok, const std::string& text) override;
+
+ private:
+  std::ostream& out_;
+};
+
+}  // namespace omniset

@@ -1,0 +1,61 @@
+// omniset-cli: the installer for the command line.
+
+#include <exception>
+#include <iostream>
+
+#include "cli/arguments.h"
+#include "cli/bad_input.h"
+#include "cli/console.h"
+#include "cli/exit_status.h"
+#include "cli/install_command.h"
+#include "cli/packages_command.h"
+#include "cli/routers_command.h"
+#include "cli/shown_text.h"
+#include "cli/trace_output.h"
+
+namespace {
+
+using namespace omniset;
+
+int runCommand(const Arguments& arguments, const Console& console) {
+  const TraceOutput trace(std::cerr, arguments.trace);
+  if (const auto* packages = std::get_if<PackagesOptions>(&arguments.command)) {
+    return runPackages(*packages, console);
+  }
+  if (const auto* routers = std::get_if<RoutersOptions>(&arguments.command)) {
+    return runRouters(*routers, console);
+  }
+  return runInstall(std::get<InstallOptions>(arguments.command), arguments.trace, console);
+}
+
+int complain(const std::string& sentence, int exitCode) {
+  std::cerr << "omniset-cli: " + sentence + "\n";
+  return exitCode;
+}
+
+int runChecked(const Arguments& arguments, const Console& console) {
+  try {
+    return runCommand(arguments, console);
+  } catch (const BadInput& e) {
+    return complain(e.what(), kExitBadInput);
+  } catch (const std::exception& e) {
+    return complain(shownText(e.what()), kExitFailed);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const auto parsed = parseArguments({argv + (argc > 0 ? 1 : 0), argv + argc});
+  int exitCode = 0;
+  if (const auto* end = std::get_if<EarlyEnd>(&parsed)) {
+    (end->exitCode == kExitDone ? std::cout : std::cerr) << end->text;
+    exitCode = end->exitCode;
+  } else {
+    exitCode = runChecked(std::get<Arguments>(parsed), {std::cout, std::cerr});
+  }
+  if (!std::cout.flush() && exitCode == kExitDone) {
+    return complain("The output could not be written in full.", kExitFailed);
+  }
+  return exitCode;
+}

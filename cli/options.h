@@ -1,0 +1,45 @@
+// What the command line was asked to do, checked.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "cli/install_run.h"
+#include "core/clock.h"
+#include "core/mac_address.h"
+
+namespace omniset {
+
+struct PackagesOptions {
+  std::string folder;
+  bool json = false;
+};
+
+struct RoutersOptions {
+  std::string interfaceName;  // empty: the first adapter
+  Micros listen = 5 * kSecond;
+  bool json = false;
+};
+
+struct InstallOptions {
+  std::string folder;
+  std::vector<std::string> select;  // package or file names; empty: all
+  RouterChoice choice = RouterChoice::kAll;
+  std::vector<MacAddress> routers;
+  std::size_t count = 0;
+  std::string interfaceName;
+  std::uint32_t address = 0;  // network byte order; 0: none
+  int netmaskLength = 0;
+  std::uint32_t gateway = 0;  // network byte order; 0: none
+  int baudRate = 9600;
+  bool baudGiven = false;
+  std::string script;  // path; empty: none
+  bool keepConfiguration = false;
+  bool reboot = false;
+  Micros wait = 60 * kSecond;
+  bool json = false;
+};
+
+}  // namespace omniset

@@ -1,0 +1,20 @@
+// What the program needs to know of the terminal.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+
+namespace omniset {
+
+struct TerminalSize {
+  std::size_t columns = 80;
+  std::size_t rows = 24;
+};
+
+// The present size of the terminal that standard error goes to; nothing when it goes elsewhere or
+// when the terminal cannot redraw lines. Makes the terminal understand escape sequences.
+std::optional<TerminalSize> standardErrorTerminal();
+
+bool isStandardOutputTerminal();
+
+}  // namespace omniset

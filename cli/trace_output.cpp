@@ -1,0 +1,11 @@
+#include "cli/trace_output.h"
+
+#include "cli/shown_text.h"
+
+namespace omniset {
+
+void TraceOutput::write(std::string_view text) {
+  out_ << escapedText(text) << std::flush;
+}
+
+}  // namespace omniset

@@ -1,0 +1,63 @@
+# Sourced by the scripts: what they need of the machine, and the builds.
+# Debian's packages are the only source of tools and libraries.
+# shellcheck shell=bash
+
+# Used by the scripts that source this file.
+# shellcheck disable=SC2034
+{
+NATIVE_PACKAGES=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev
+  nlohmann-json3-dev)
+NETWORK_PACKAGES=(iproute2)
+WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix googletest wine wine64)
+CHECK_PACKAGES=(git clang-format)
+FUZZ_PACKAGES=(clang libclang-rt-14-dev)
+}
+
+say() { printf '%s\n' "$*"; }
+
+die() {
+  printf '%s\n' "$*" >&2
+  exit 1
+}
+
+# Starts the script again with the highest rights, which network namespaces need.
+require_root() { # the script's arguments
+  [ "$(id -u)" -eq 0 ] || exec sudo -- "$0" "$@"
+}
+
+# need PACKAGE...: installs the packages that are missing.
+need() {
+  local missing=() package
+  for package in "$@"; do
+    dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' ||
+      missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  say "Installing ${missing[*]} ..."
+  { apt-get -qq update &&
+    env DEBIAN_FRONTEND=noninteractive \
+      apt-get -y -qq --no-install-recommends install "${missing[@]}"; } \
+    >"$BUILD/apt.log" 2>&1 || {
+    tail -n 20 "$BUILD/apt.log" >&2
+    die "Cannot install ${missing[*]}."
+  }
+}
+
+# build PRESET [TARGET...]: configures once, then builds what changed.
+build() {
+  local preset=$1 log="$BUILD/$1.log" targets=()
+  shift
+  [ $# -gt 0 ] && targets=(--target "$@")
+  say "Building ($preset) ..."
+  { { [ -e "$BUILD/$preset/build.ninja" ] || cmake -S "$TOP" --preset "$preset"; } &&
+    cmake --build "$BUILD/$preset" "${targets[@]}"; } >"$log" 2>&1 || {
+    grep -E 'error|FAILED' -A 8 "$log" | head -n 60 >&2
+    tail -n 5 "$log" >&2
+    return 1
+  }
+}
+
+TOP=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+BUILD=$TOP/build
+mkdir -p "$BUILD"
+cd "$TOP" || exit 1

@@ -1,0 +1,91 @@
+# shellcheck shell=bash
+# Running Windows programs under Wine, without a screen. To be sourced by bash scripts.
+#
+# Debian packages needed: wine wine64 (and g++-mingw-w64-x86-64-posix to build what is run).
+#
+#   wine_prefix [FOLDER [NAMESPACE]]   makes the prefix once, selects it and starts its server
+#   wine_run EXE [ARGUMENT...]         runs a program; prints what it wrote; returns its exit code
+#   wine_stop                          ends the server of the selected prefix and all that runs in it
+#
+# The sockets of all programs of a prefix belong to the prefix's one server, and so to the network
+# in which that server was started: a network namespace needs a prefix of its own.
+
+wine_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+wine_programs=/usr/lib/wine
+wine_folder=
+wine_launcher=()
+
+# How long a server stays after the last program, and how long a program may run, in seconds.
+: "${WINE_SERVER_STAYS:=120}"
+: "${WINE_TIMEOUT:=600}"
+
+# A Wine program in the selected prefix and network. Whatever it starts and leaves running keeps its
+# files open: so these are never a pipe of the caller's, and no lock of the caller's.
+wine_program() {
+  ${wine_launcher[@]+"${wine_launcher[@]}"} \
+    env WINEPREFIX="$wine_folder" WINEARCH=win64 WINEDEBUG=-all \
+    WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe=" \
+    WINESERVER="$wine_programs/wineserver64" DISPLAY= "$@" </dev/null 9>&-
+}
+
+# A fresh prefix in a folder, whose programs need no X server.
+wine_make_prefix() {
+  local wine_folder=$1 wine_launcher=()
+  mkdir -p "$wine_folder" &&
+    wine_program "$wine_programs/wine64" wineboot -i >/dev/null 2>&1 &&
+    wine_program "$wine_programs/wine64" reg add 'HKCU\Software\Wine\Drivers' \
+      /v Graphics /d null /f >/dev/null 2>&1 &&
+    wine_program "$wine_programs/wineserver64" -w >/dev/null 2>&1
+}
+
+# Makes the prefix if it is not there, by linking the files of the common one under build/, and
+# starts its server, in the network namespace if one is named.
+wine_prefix() {
+  local common=$wine_root/build/wine-prefix
+  local folder=${1:-$common} namespace=${2:-}
+  if [ ! -x "$wine_programs/wine64" ]; then
+    echo "wine64 is missing: install the Debian packages wine and wine64" >&2
+    return 1
+  fi
+  mkdir -p "$wine_root/build" || return
+  # Several scripts may come here at once; one makes the prefix.
+  (
+    flock 9
+    if [ ! -e "$common/.complete" ]; then
+      rm -rf "$common" && wine_make_prefix "$common" && touch "$common/.complete"
+    fi
+  ) 9>"$common.lock" || { echo "cannot make the Wine prefix $common" >&2; return 1; }
+  if [ ! -e "$folder/.complete" ]; then
+    wine_copy_prefix "$common" "$folder" || return
+  fi
+  wine_folder=$(cd "$folder" && pwd) || return
+  wine_launcher=()
+  if [ -n "$namespace" ]; then wine_launcher=(ip netns exec "$namespace"); fi
+  # Says no when one runs already; that one is as good.
+  wine_program "$wine_programs/wineserver64" -p"$WINE_SERVER_STAYS" >/dev/null 2>&1 || true
+}
+
+# The files are linked, which costs no time and no room; the registry, which is written, is copied.
+wine_copy_prefix() {
+  local from=$1 to=$2
+  mkdir -p "$(dirname "$to")" && rm -rf "$to" && cp -al "$from" "$to" &&
+    rm -f "$to"/*.reg && cp -p "$from"/*.reg "$to"/
+}
+
+# The program's output goes to files and is printed when it has ended, with Unix line ends.
+wine_run() {
+  local output status=0
+  output=$(mktemp -d) || return
+  wine_program timeout -k 10 "$WINE_TIMEOUT" "$wine_programs/wine64" "$@" \
+    >"$output/out" 2>"$output/err" || status=$?
+  tr -d '\r' <"$output/out"
+  tr -d '\r' <"$output/err" >&2
+  rm -rf "$output"
+  return "$status"
+}
+
+wine_stop() {
+  [ -n "$wine_folder" ] || return 0
+  wine_program "$wine_programs/wineserver64" -k >/dev/null 2>&1 || true
+  wine_folder=
+}

@@ -1,0 +1,124 @@
+# Sourced by the network tests: two namespaces joined by a cable, targets in the second, the command
+# line in the first. Each test is a function; a failed expectation ends it.
+# shellcheck shell=bash
+
+set -u
+# shellcheck source=scripts/lib/setup.sh
+. "$(dirname "${BASH_SOURCE[0]}")/../../scripts/lib/setup.sh"
+# shellcheck source=scripts/lib/netns.sh
+. "$TOP/scripts/lib/netns.sh"
+
+MAC_INSTALLER=02:00:00:00:00:01
+MAC_TARGET=02:00:00:00:00:02
+BIN=$BUILD/linux
+CLI=$BIN/cli/omniset-cli
+MAKE_BDL=$BIN/tests/tools/make-bdl
+
+passed=0
+failed=0
+WORK=$(mktemp -d)
+pids=()
+
+cleanup() {
+  stop_all
+  netns_remove
+  rm -rf "$WORK"
+}
+trap cleanup EXIT
+trap 'exit 130' INT TERM
+
+stop_all() {
+  local pid
+  for pid in ${pids[@]+"${pids[@]}"}; do
+    kill "$pid" 2>/dev/null && wait "$pid" 2>/dev/null
+  done
+  pids=()
+}
+
+# start_target NAME [ARGUMENT...]: a target whose store and log are $WORK/NAME and $WORK/NAME.log.
+start_target() {
+  local name=$1
+  shift
+  ip netns exec "$netns2" "$BIN/target/omniset-target" --interface "$netns_if2" \
+    --store "$WORK/$name" "$@" >"$WORK/$name.log" 2>&1 </dev/null &
+  target=$!
+  pids+=("$target")
+}
+
+# cli ARGUMENT...: the command line in its namespace; its output is in $WORK/out and $WORK/err, its
+# temporary files in $WORK/tmp.
+cli() {
+  mkdir -p "$WORK/tmp"
+  TMPDIR=$WORK/tmp ip netns exec "$netns1" "$CLI" "$@" >"$WORK/out" 2>"$WORK/err"
+}
+
+install() { cli install --interface "$netns_if1" "$@"; }
+
+# status WANTED COMMAND...: the command ends with that exit status.
+status() {
+  local wanted=$1 got
+  shift
+  "$@"
+  got=$?
+  [ $got -eq "$wanted" ] && return 0
+  say "expected exit status $wanted, got $got of: $*"
+  tail -n 5 "$WORK/out" "$WORK/err"
+  return 1
+}
+
+# says FILE TEXT: the file holds the text.
+says() {
+  grep -qF -- "$2" "$1" && return 0
+  say "expected \"$2\" in $1, which says:"
+  tail -n 15 "$1"
+  return 1
+}
+
+# same FOLDER STORE NAME...: the store holds exactly these files and the script.
+same() {
+  local folder=$1 store=$2 name
+  shift 2
+  for name in "$@"; do
+    cmp "$folder/$name" "$store/$name" || return 1
+  done
+  [ -e "$store/autorun.scr" ] || { say "no script in $store"; return 1; }
+  local held
+  held=$(find "$store" -maxdepth 1 -type f ! -name '.*' | wc -l)
+  [ "$held" -eq $(($# + 1)) ] || { say "$store holds other files too:"; ls "$store"; return 1; }
+}
+
+no_temporary_files() {
+  [ -z "$(ls "$WORK/tmp")" ] && return 0
+  say "temporary files are left:"
+  ls "$WORK/tmp"
+  return 1
+}
+
+# wait_for FILE TEXT SECONDS
+wait_for() {
+  local left=$(($3 * 20))
+  until grep -qsF -- "$2" "$1"; do
+    [ $((left -= 1)) -gt 0 ] || { says "$1" "$2"; return 1; }
+    sleep 0.05
+  done
+}
+
+# run_tests NAME...: each in an empty work folder, then the closing line.
+run_tests() {
+  local name started
+  netns_make $MAC_INSTALLER $MAC_TARGET || die "The network namespaces could not be made."
+  for name in "$@"; do
+    started=$SECONDS
+    rm -rf "${WORK:?}"/*
+    if "$name"; then
+      passed=$((passed + 1))
+      say "ok      $name ($((SECONDS - started)) s)"
+    else
+      failed=$((failed + 1))
+      say "FAILED  $name"
+    fi
+    stop_all
+  done
+  say "$passed passed, $failed failed"
+  [ "$failed" -eq 0 ]
+}

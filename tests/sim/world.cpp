@@ -1,0 +1,264 @@
+#include "world.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+
+#include "install/configuration_script.h"
+#include "install/router_installer.h"
+#include "memory_store.h"
+#include "operator.h"
+#include "target/target_host.h"
+#include "tests/fakes/fake_network_interfaces.h"
+#include "tests/fakes/temp_folder.h"
+
+namespace omniset::sim {
+
+namespace {
+
+constexpr MacAddress kInstallerMac{{0x02, 0, 0, 0, 0, 1}};
+constexpr Micros kOperatorPoll = 250 * kMillisecond;
+constexpr Micros kKeyboardPoll = kSecond;
+constexpr Micros kLookAfter = 20 * kSecond;
+constexpr int kForgottenTurns = 5;
+constexpr Micros kTimeLimit = 24 * 3600 * kSecond;
+
+class SilentConsole : public TargetConsole {
+ public:
+  void say(const MacAddress& /*target*/, const std::string& /*sentence*/) override {}
+};
+
+// One event loop with the targets on it.
+struct TargetComputer {
+  TargetComputer(SimNetwork& network, EventQueue& events)
+      : node(network, events),
+        endpoint(MacAddress{}, nullptr, kInstallPort, node.socket()),
+        host(endpoint, events) {}
+
+  SimNode node;
+  BroadcastEndpoint endpoint;
+  TargetHost host;
+};
+
+class World {
+ public:
+  World(const Scenario& scenario, const PackageFolder& packages);
+  std::string run();
+
+ private:
+  struct Target {
+    const TargetPlan* plan;
+    TargetComputer* computer;
+    MemoryStore store;
+    int turnsForgotten = 0;  // how often it was seen installed without a session
+  };
+
+  void addTargets();
+  void schedule(Target& target);
+  void powerOn(Target& target);
+  void restart(Target& target);
+  void pollOperator();
+  void pollKeyboard(Target& target);
+  void lookAfter(Target& target);
+  void sendForeign();
+  std::vector<std::uint8_t> foreignDatagram();
+  std::vector<std::uint8_t> foreignFrame();
+  MacAddress someMac(bool asSource);
+  std::string inspect(const TargetPlan& plan, const RouterRecord& record) const;
+  std::string expectedScript(const RouterRecord& record) const;
+
+  const Scenario& scenario_;
+  const PackageFolder& packages_;
+  Random random_;
+  EventQueue events_;
+  SimNetwork network_;
+  test::TempFolder scripts_;
+  test::FakeTempFiles tempFiles_{scripts_};
+  test::FakeNetworkInterfaces interfaces_{{{"eth0", kInstallerMac}}};
+  SilentConsole console_;
+  SimNode installerNode_;
+  std::vector<std::unique_ptr<TargetComputer>> computers_;
+  std::map<MacAddress, Target> targets_;
+  std::optional<RouterInstaller> installer_;
+  std::optional<Operator> operator_;
+};
+
+World::World(const Scenario& scenario, const PackageFolder& packages)
+    : scenario_(scenario),
+      packages_(packages),
+      random_(scenario.seed),
+      network_(events_, random_, scenario.faults),
+      installerNode_(network_, events_) {
+  installer_.emplace(0,
+                     InstallerServices{interfaces_, installerNode_.socket(), events_, tempFiles_});
+  operator_.emplace(
+      scenario_, packages_, *installer_,
+      [this](const TargetPlan& plan, const RouterRecord& record) { return inspect(plan, record); });
+  addTargets();
+}
+
+void World::addTargets() {
+  for (const TargetPlan& plan : scenario_.targets) {
+    if (targets_.size() % static_cast<std::size_t>(scenario_.targetsPerComputer) == 0) {
+      computers_.push_back(std::make_unique<TargetComputer>(network_, events_));
+    }
+    Target target{&plan, computers_.back().get(), MemoryStore(events_, plan.preparationTime), 0};
+    schedule(targets_.emplace(plan.mac, std::move(target)).first->second);
+  }
+}
+
+void World::schedule(Target& target) {
+  const TargetPlan& plan = *target.plan;
+  events_.after(plan.powerOn, [this, &target] { powerOn(target); });
+  for (const Micros moment : plan.restarts) {
+    events_.after(plan.powerOn + moment, [this, &target] { restart(target); });
+  }
+  for (const Micros moment : plan.diskFaults) {
+    events_.after(plan.powerOn + moment, [&target] { target.store.failNextWrite(); });
+  }
+  for (const Micros moment : plan.cancels) {
+    events_.after(plan.powerOn + moment, [this, &plan] { operator_->cancel(plan.mac); });
+  }
+  if (plan.pressesKey) pollKeyboard(target);
+  lookAfter(target);
+}
+
+void World::powerOn(Target& target) {
+  target.computer->host.add({target.plan->mac, "target", "machine", "disks"}, target.store,
+                            console_);
+  target.computer->node.wake();
+}
+
+void World::restart(Target& target) {
+  target.computer->host.remove(target.plan->mac);
+  target.store.abandonFile();
+  events_.after(random_.between(kSecond / 10, 20 * kSecond), [this, &target] { powerOn(target); });
+}
+
+void World::pollKeyboard(Target& target) {
+  const TargetSession* session = target.computer->host.find(target.plan->mac);
+  if (session && session->state() == TargetSession::State::kInstalled) {
+    target.computer->host.keyPressed();
+    target.computer->node.wake();
+    return;
+  }
+  events_.after(kKeyboardPoll, [this, &target] { pollKeyboard(target); });
+}
+
+// A session may end when only its last acknowledgement is missing. The target is installed then and
+// waits for a key, and somebody sees it on its screen.
+void World::lookAfter(Target& target) {
+  const MacAddress& mac = target.plan->mac;
+  const TargetSession* session = target.computer->host.find(mac);
+  const bool forgotten =
+      session && session->state() == TargetSession::State::kInstalled && operator_->isWaiting(mac);
+  target.turnsForgotten = forgotten ? target.turnsForgotten + 1 : 0;
+  if (target.turnsForgotten == kForgottenTurns) {
+    operator_->foundInstalled(mac);
+    return;
+  }
+  events_.after(kLookAfter, [this, &target] { lookAfter(target); });
+}
+
+void World::pollOperator() {
+  operator_->poll();
+  events_.after(kOperatorPoll, [this] { pollOperator(); });
+}
+
+void World::sendForeign() {
+  network_.send(foreignDatagram(), random_.chance(0.9) ? kInstallPort : std::uint16_t{5001});
+  const auto mean = static_cast<Micros>(kSecond / scenario_.foreignPerSecond);
+  events_.after(random_.between(1, 2 * mean), [this] { sendForeign(); });
+}
+
+std::vector<std::uint8_t> World::foreignDatagram() {
+  if (random_.chance(0.7)) return foreignFrame();
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(random_.between(0, 5000)));
+  for (auto& byte : bytes) byte = static_cast<std::uint8_t>(random_.next());
+  return bytes;
+}
+
+// A well-formed frame from somebody who has no part in the installations.
+std::vector<std::uint8_t> World::foreignFrame() {
+  static const std::vector<std::string> kPayloads{"",
+                                                  "DSCV\n",
+                                                  "DSCV\na\nb\nlabel\n",
+                                                  "DSCV",
+                                                  "YACK\n",
+                                                  "STRT\n",
+                                                  "TERM\n",
+                                                  "OFFR\n",
+                                                  "FILE\nx\n5\n",
+                                                  "FILE\n../x\n-1\n",
+                                                  std::string(1024, 'D'),
+                                                  "DSCV\n" + std::string(1400, '\n')};
+  const std::string& payload = random_.oneOf(kPayloads);
+  LinkFrame frame;
+  FrameHeader header;
+  header.source = someMac(true);
+  header.destination = someMac(false);
+  header.isAck = random_.chance(0.5);
+  header.channel = static_cast<std::uint8_t>(random_.between(0, 2));
+  header.payloadLength = static_cast<std::uint16_t>(payload.size());
+  header.sequence = static_cast<std::uint16_t>(random_.between(0, 6));
+  header.acknowledgement = static_cast<std::uint16_t>(random_.between(0, 6));
+  frame.setHeader(header);
+  std::copy(payload.begin(), payload.end(), frame.payloadRoom().begin());
+  const auto datagram = frame.datagram();
+  return {datagram.begin(), datagram.end()};
+}
+
+MacAddress World::someMac(bool asSource) {
+  if (random_.chance(0.1)) return {};
+  if (asSource || random_.chance(0.2)) {
+    return {{0x06, 0, 0, 0, 0, static_cast<std::uint8_t>(random_.between(1, 9))}};
+  }
+  if (random_.chance(0.5)) return kInstallerMac;
+  return random_.oneOf(scenario_.targets).mac;
+}
+
+std::string World::expectedScript(const RouterRecord& record) const {
+  if (record.keepConfiguration) return {};
+  return record.useOwnScript ? packages_.scriptContent : generatedScript(record);
+}
+
+std::string World::inspect(const TargetPlan& plan, const RouterRecord& record) const {
+  std::map<std::string, std::string> expected{{kScriptName, expectedScript(record)}};
+  for (const std::string& name : plan.request.packageFiles) {
+    expected[name] = packages_.contents.at(name);
+  }
+  std::size_t total = 0;
+  for (const auto& [name, content] : expected) total += content.size();
+  const MemoryStore& store = targets_.at(plan.mac).store;
+  if (store.files() != expected) return "the files differ from those sent";
+  if (store.keptConfiguration() != record.keepConfiguration) return "the offer was misunderstood";
+  const bool counted = record.status != RouterStatus::kReady;
+  if (counted && record.bytesSent != static_cast<std::int32_t>(total)) {
+    return "the bytes are miscounted";
+  }
+  return {};
+}
+
+std::string World::run() {
+  installerNode_.start([this] { installer_->step(); });
+  for (const auto& computer : computers_) {
+    computer->node.start([host = &computer->host] { host->step(kSecond); });
+  }
+  pollOperator();
+  if (scenario_.foreignPerSecond > 0) sendForeign();
+  const Micros end = events_.now() + kTimeLimit;
+  while (!operator_->done() && operator_->fault().empty()) {
+    if (!events_.step() || events_.now() > end) return "comes to no end";
+  }
+  if (!operator_->fault().empty()) return operator_->fault();
+  installer_.reset();
+  return scripts_.names().empty() ? "" : "a temporary file is left";
+}
+
+}  // namespace
+
+std::string runScenario(const Scenario& scenario, const PackageFolder& packages) {
+  return World(scenario, packages).run();
+}
+
+}  // namespace omniset::sim

@@ -6,7 +6,7 @@
 #include "cli/adapter_choice.h"
 #include "cli/exit_status.h"
 #include "cli/installer_worker.h"
-#include "cli/interrupt.h"
+#include "core/interrupt.h"
 #include "cli/router_listing.h"
 #include "core/error.h"
 

@@ -33,8 +33,8 @@ class UdpSocket {
   // Waits at most `timeout`, 0 without limit; false when nothing came in time, or when a signal
   // ended the wait early.
   virtual bool waitReadable(Micros timeout, const char* failure) = 0;
-  // Receives one datagram, cut to the buffer's size; returns its length. A report of an earlier
-  // datagram's fate counts as a datagram of no bytes.
+  // Receives one datagram, cut to the buffer's size; returns its length. Does not wait: nothing,
+  // like a report of an earlier datagram's fate, counts as a datagram of no bytes.
   virtual std::size_t receiveFrom(std::span<std::uint8_t> buffer, UdpPeer& from,
                                   const char* failure) = 0;
 };

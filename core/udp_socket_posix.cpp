@@ -77,9 +77,10 @@ class PosixUdpSocket : public UdpSocket {
                           const char* failure) override {
     sockaddr_in address{};
     socklen_t length = sizeof address;
-    const ssize_t received = recvfrom(socket_, buffer.data(), buffer.size(), 0,
+    const ssize_t received = recvfrom(socket_, buffer.data(), buffer.size(), MSG_DONTWAIT,
                                       reinterpret_cast<sockaddr*>(&address), &length);
-    if (received < 0 && errno == ECONNREFUSED) return 0;
+    // EAGAIN: what there was is gone, for instance for its wrong checksum.
+    if (received < 0 && (errno == ECONNREFUSED || errno == EAGAIN)) return 0;
     if (received < 0) throw SocketExc(failure);
     from = {address.sin_addr.s_addr, ntohs(address.sin_port)};
     return static_cast<std::size_t>(received);

@@ -1,7 +1,6 @@
 // omniset-target: the target agent as an ordinary program. It plays one or more PCs that have
 // booted the installer system, and stores what it is sent in a folder.
 
-#include <signal.h>
 #include <sys/utsname.h>
 
 #include <CLI/CLI.hpp>
@@ -13,6 +12,7 @@
 
 #include "core/clock.h"
 #include "core/error.h"
+#include "core/interrupt.h"
 #include "core/trace.h"
 #include "link/network_interfaces.h"
 #include "target/folder_store.h"
@@ -24,13 +24,8 @@ namespace {
 
 constexpr Micros kLookInterval = 200 * kMillisecond;
 constexpr int kMostTargets = 4096;
+constexpr int kNotInstalled = 1;
 constexpr int kBadArguments = 2;
-
-volatile sig_atomic_t endSignal = 0;
-
-extern "C" void noteEndSignal(int signal) {
-  endSignal = signal;
-}
 
 struct Options {
   std::string interface;
@@ -84,38 +79,25 @@ std::string describeMachine() {
   return std::string(system.sysname) + " " + system.machine;
 }
 
-// A signal to end is only noted: the terminal is to be set back and a half file removed. What
-// whoever started the program had ignored (nohup) stays ignored.
-void catchEndSignals() {
-  struct sigaction action {};
-  action.sa_handler = noteEndSignal;
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-    struct sigaction before {};
-    sigaction(number, nullptr, &before);
-    if (before.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);
-  }
-  // Going on without a reader of the messages is better than ending in the middle.
-  action.sa_handler = SIG_IGN;
-  sigaction(SIGPIPE, &action, nullptr);
-}
-
-// Until all targets have rebooted, or a signal came.
-void runLoop(TargetHost& host, const Clock& clock, Keyboard& keyboard) {
+// Until all targets have rebooted, or somebody asks the program to end: false then.
+bool runLoop(TargetHost& host, const Clock& clock, Keyboard& keyboard) {
   Micros nextLook = clock.now();
-  while (endSignal == 0) {
+  while (!InterruptGuard::requested()) {
     host.step(kLookInterval);
     if (clock.now() < nextLook) continue;
     nextLook = clock.now() + kLookInterval;
     if (keyboard.pressed()) host.keyPressed();
-    if (host.allEnded()) return;
+    if (host.allEnded()) return true;
   }
+  return false;
 }
 
-void runTargets(const Options& options) {
+// False when the targets did not get to their reboot.
+bool runTargets(const Options& options) {
   const NetworkInterface interface = chooseInterface(options.interface);
   const SystemClock clock;
   StandardOutputConsole console;
-  catchEndSignals();
+  const InterruptGuard guard;
   Keyboard keyboard;
   BroadcastEndpoint endpoint(interface.mac, nullptr, kInstallPort, makeUdpSocket(interface.name));
   std::vector<std::unique_ptr<FolderStore>> stores;
@@ -128,7 +110,7 @@ void runTargets(const Options& options) {
              *stores.back(), console);
     console.say(mac, "Announcing on " + interface.name + ".");
   }
-  runLoop(host, clock, keyboard);
+  return runLoop(host, clock, keyboard);
 }
 
 void addOptions(CLI::App& app, Options& options) {
@@ -159,12 +141,11 @@ int runProgram(int argc, char** argv) {
   }
   setTraceSink(nullptr);
   try {
-    runTargets(options);
+    return runTargets(options) ? 0 : kNotInstalled;
   } catch (const std::exception& e) {
     std::fprintf(stderr, "omniset-target: %s\n", e.what());
-    return 1;
+    return kNotInstalled;
   }
-  return endSignal == 0 ? 0 : 128 + endSignal;
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 #include "core/error.h"
 #include "tests/contract/raised_text.h"
 #include "tests/contract/real_network.h"
+#include "tests/contract/test_adapter.h"
 
 namespace omniset::test {
 namespace {
@@ -59,6 +60,23 @@ TEST(PosixUdpSocket, TiedToAnInterfaceThatIsNotThereRaises) {
   const auto socket = makeUdpSocket("nosuchif0");
   EXPECT_EQ(raisedText<SocketExc>([&] { socket->open("socket() failed"); }),
             "setsockopt() SO_BINDTODEVICE failed: No such device\nError code: 19");
+}
+
+TEST(PosixUdpSocket, HearsOthersButNotItsOwnBroadcast) {
+  const auto adapter = testAdapter();
+  if (!adapter) GTEST_SKIP() << "needs a network with one adapter, OMNISET_TEST_ADAPTER=NAME=MAC";
+  const BoundSocket bound = bindFreePort(adapter->name);
+  const BoundSocket other = bindFreePort(adapter->name);
+  for (const BoundSocket* sender : {&bound, &other}) {
+    sender->socket->allowBroadcast("setsockopt() SO_BROADCAST failed");
+    sender->socket->sendTo(kBytes, {kBroadcastAddress, bound.port}, "sendto() failed");
+  }
+  ASSERT_TRUE(bound.socket->waitReadable(10 * kSecond, "select() failed"));
+  std::array<std::uint8_t, 100> buffer{};
+  UdpPeer from;
+  bound.socket->receiveFrom(buffer, from, "recvfrom() failed");
+  EXPECT_EQ(from.port, other.port);
+  EXPECT_FALSE(bound.socket->waitReadable(50 * kMillisecond, "select() failed"));
 }
 
 TEST(PosixUdpSocket, PortTakenIsNamedByTheSystem) {

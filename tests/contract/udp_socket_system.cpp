@@ -126,14 +126,16 @@ TEST_F(SystemUdpSocket, SendingToAClosedPortDoesNoHarm) {
   EXPECT_EQ(from, sender.port);
 }
 
-TEST_F(SystemUdpSocket, HearsItsOwnBroadcastOnItsInterface) {
+TEST_F(SystemUdpSocket, BroadcastReachesAllWhoListenOnItsPort) {
   const auto adapter = testAdapter();
   if (!adapter) GTEST_SKIP() << "needs a network with one adapter, OMNISET_TEST_ADAPTER=NAME=MAC";
-  const BoundSocket bound = bindFreePort(adapter->name);
-  bound.socket->allowBroadcast("setsockopt() SO_BROADCAST failed");
-  EXPECT_EQ(bound.socket->sendTo(kBytes, {kBroadcastAddress, bound.port}, "sendto() failed"), 3u);
-  ASSERT_TRUE(bound.socket->waitReadable(10 * kSecond, "select() failed"));
-  EXPECT_EQ(receivedFrom(*bound.socket), bound.port);
+  const BoundSocket listener = bindFreePort(adapter->name);
+  const BoundSocket sender = bindFreePort(adapter->name);
+  const UdpPeer everybody{kBroadcastAddress, listener.port};
+  sender.socket->allowBroadcast("setsockopt() SO_BROADCAST failed");
+  EXPECT_EQ(sender.socket->sendTo(kBytes, everybody, "sendto() failed"), 3u);
+  ASSERT_TRUE(listener.socket->waitReadable(10 * kSecond, "select() failed"));
+  EXPECT_EQ(receivedFrom(*listener.socket), sender.port);
 }
 
 TEST_F(SystemUdpSocket, TheLibraryMayBeStartedAgain) {

@@ -3,6 +3,8 @@
 namespace omniset::test {
 
 CapturedTrace::CapturedTrace() : before_(setTraceSink(this)) {}
-CapturedTrace::~CapturedTrace() { setTraceSink(before_); }
+CapturedTrace::~CapturedTrace() {
+  setTraceSink(before_);
+}
 
 }  // namespace omniset::test

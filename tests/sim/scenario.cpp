@@ -68,6 +68,7 @@ Scenario Scenario::fromSeed(std::uint64_t seed, const PackageFolder& packages) {
   scenario.askForReboot = random.chance(0.8);
   const int count = chooseTargetCount(random);
   scenario.targetsPerComputer = count > 20 ? count / 8 : 1;
+  scenario.unattended = random.chance(0.3);
   scenario.troubled = random.chance(0.3);
   for (int i = 0; i < count; ++i) {
     TargetPlan plan;

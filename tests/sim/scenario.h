@@ -39,7 +39,8 @@ struct Scenario {
   double foreignPerSecond = 0;  // datagrams of others, of any content
   int targetsPerComputer = 1;   // event loops are shared in large scenarios, to keep them quick
   bool askForReboot = true;
-  bool troubled = false;  // targets restart, disks fail, the operator cancels
+  bool unattended = false;  // one run of the command line, the same request for all
+  bool troubled = false;    // targets restart, disks fail, the operator cancels
   std::vector<TargetPlan> targets;
 
   // Only the network is against us: then no session may fail.

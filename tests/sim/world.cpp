@@ -7,10 +7,11 @@
 #include "install/configuration_script.h"
 #include "install/router_installer.h"
 #include "memory_store.h"
-#include "operator.h"
+#include "patient_operator.h"
 #include "target/target_host.h"
 #include "tests/fakes/fake_network_interfaces.h"
 #include "tests/fakes/temp_folder.h"
+#include "unattended_operator.h"
 
 namespace omniset::sim {
 
@@ -53,6 +54,7 @@ class World {
     int turnsForgotten = 0;  // how often it was seen installed without a session
   };
 
+  std::unique_ptr<InstallOperator> makeOperator();
   void addTargets();
   void schedule(Target& target);
   void powerOn(Target& target);
@@ -80,7 +82,7 @@ class World {
   std::vector<std::unique_ptr<TargetComputer>> computers_;
   std::map<MacAddress, Target> targets_;
   std::optional<RouterInstaller> installer_;
-  std::optional<Operator> operator_;
+  std::unique_ptr<InstallOperator> operator_;
 };
 
 World::World(const Scenario& scenario, const PackageFolder& packages)
@@ -91,10 +93,18 @@ World::World(const Scenario& scenario, const PackageFolder& packages)
       installerNode_(network_, events_) {
   installer_.emplace(0,
                      InstallerServices{interfaces_, installerNode_.socket(), events_, tempFiles_});
-  operator_.emplace(
-      scenario_, packages_, *installer_,
-      [this](const TargetPlan& plan, const RouterRecord& record) { return inspect(plan, record); });
+  operator_ = makeOperator();
   addTargets();
+}
+
+std::unique_ptr<InstallOperator> World::makeOperator() {
+  const auto look = [this](const TargetPlan& plan, const RouterRecord& record) {
+    return inspect(plan, record);
+  };
+  if (scenario_.unattended) {
+    return std::make_unique<UnattendedOperator>(scenario_, packages_, *installer_, events_, look);
+  }
+  return std::make_unique<PatientOperator>(scenario_, packages_, *installer_, look);
 }
 
 void World::addTargets() {
@@ -224,7 +234,7 @@ std::string World::expectedScript(const RouterRecord& record) const {
 
 std::string World::inspect(const TargetPlan& plan, const RouterRecord& record) const {
   std::map<std::string, std::string> expected{{kScriptName, expectedScript(record)}};
-  for (const std::string& name : plan.request.packageFiles) {
+  for (const std::string& name : record.packageFiles) {
     expected[name] = packages_.contents.at(name);
   }
   std::size_t total = 0;
@@ -251,6 +261,7 @@ std::string World::run() {
     if (!events_.step() || events_.now() > end) return "comes to no end";
   }
   if (!operator_->fault().empty()) return operator_->fault();
+  operator_.reset();
   installer_.reset();
   return scripts_.names().empty() ? "" : "a temporary file is left";
 }

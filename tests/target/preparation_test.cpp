@@ -49,8 +49,12 @@ TEST_F(TargetAccepting, BeginsThePreparationOnTheAcknowledgement) {
 TEST_F(TargetAccepting, IsNotAcknowledgedByAnOlderNumberOrWithoutTheAckFlag) {
   reach(State::kAccepting);
   receive(acknowledgementOf(1));
-  receive(makeFrame(kInstallerMac, kTargetMac, 2, kNoAck));
   receive(acknowledgementOf(3));
+  LinkFrame unflagged = acknowledgementOf(2);
+  FrameHeader header = unflagged.header();
+  header.isAck = false;
+  unflagged.setHeader(header);
+  receive(unflagged);
   EXPECT_EQ(session.state(), State::kAccepting);
   EXPECT_THAT(store.calls, IsEmpty());
   EXPECT_THAT(takeSent(), IsEmpty());

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-#include "cli/interrupt.h"
+#include "core/interrupt.h"
 
 namespace omniset {
 

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "cli/interrupt.h"
+#include "core/interrupt.h"
 
 namespace omniset {
 

@@ -1,4 +1,4 @@
-#include "operator.h"
+#include "patient_operator.h"
 
 #include <algorithm>
 #include <array>
@@ -26,8 +26,8 @@ bool isOneOf(const std::array<std::string_view, n>& texts, std::string_view text
 
 }  // namespace
 
-Operator::Operator(const Scenario& scenario, const PackageFolder& packages,
-                   RouterInstaller& installer, Inspect inspect)
+PatientOperator::PatientOperator(const Scenario& scenario, const PackageFolder& packages,
+                                 RouterInstaller& installer, Inspect inspect)
     : scenario_(scenario),
       packages_(packages),
       installer_(installer),
@@ -35,28 +35,24 @@ Operator::Operator(const Scenario& scenario, const PackageFolder& packages,
   for (const TargetPlan& plan : scenario.targets) rows_.emplace(plan.mac, Row{&plan});
 }
 
-void Operator::report(const Row& row, const std::string& what) {
-  if (fault_.empty()) fault_ = row.plan->mac.text() + ": " + what;
-}
-
-bool Operator::done() const {
+bool PatientOperator::done() const {
   return std::all_of(rows_.begin(), rows_.end(),
                      [](const auto& entry) { return entry.second.phase == Phase::kDone; });
 }
 
-void Operator::poll() {
+void PatientOperator::poll() {
   auto access = installer_.access();
   takeAnnouncements(access);
   for (auto& [mac, row] : rows_) follow(access, row);
 }
 
-void Operator::takeAnnouncements(RouterInstaller::Access& access) {
+void PatientOperator::takeAnnouncements(RouterInstaller::Access& access) {
   while (const auto announced = access.takeAnnouncement()) {
     const auto at = rows_.find(announced->mac);
     if (at == rows_.end() || at->second.phase != Phase::kWaiting) continue;
     Row& row = at->second;
     if (++row.attempts > kMostAttempts) {
-      report(row, "not installed after many attempts");
+      report(row.plan->mac, "not installed after many attempts");
       return;
     }
     RouterRecord record = row.plan->request;
@@ -68,7 +64,7 @@ void Operator::takeAnnouncements(RouterInstaller::Access& access) {
   }
 }
 
-void Operator::follow(RouterInstaller::Access& access, Row& row) {
+void PatientOperator::follow(RouterInstaller::Access& access, Row& row) {
   if (row.phase == Phase::kWaiting || row.phase == Phase::kDone) return;
   const RouterRecord* record = access.record(row.plan->mac);
   if (!record) {  // the target has started over
@@ -77,7 +73,7 @@ void Operator::follow(RouterInstaller::Access& access, Row& row) {
   }
   switch (record->status) {
     case RouterStatus::kReady:
-      report(row, "a session is ready");
+      report(row.plan->mac, "a session is ready");
       return;
     case RouterStatus::kInstalling:
       return;
@@ -93,24 +89,26 @@ void Operator::follow(RouterInstaller::Access& access, Row& row) {
       return;
     case RouterStatus::kFinished:
       if (row.phase == Phase::kInstalling) verify(row, *record);
-      if (!isOneOf(kFinishTexts, record->statusText)) report(row, "says " + record->statusText);
+      if (!isOneOf(kFinishTexts, record->statusText))
+        report(row.plan->mac, "says " + record->statusText);
       row.phase = Phase::kDone;
       return;
   }
 }
 
-void Operator::verify(Row& row, const RouterRecord& record) {
+void PatientOperator::verify(Row& row, const RouterRecord& record) {
   row.phase = Phase::kInstalled;
   const std::string wrong = inspect_(*row.plan, record);
-  if (!wrong.empty()) report(row, "wrong success: " + wrong);
+  if (!wrong.empty()) report(row.plan->mac, "wrong success: " + wrong);
 }
 
-void Operator::failed(Row& row, const std::string& text) {
-  if (scenario_.isPeaceful() || !isOneOf(kAllowedReasons, text)) report(row, "fails with " + text);
+void PatientOperator::failed(Row& row, const std::string& text) {
+  if (scenario_.isPeaceful() || !isOneOf(kAllowedReasons, text))
+    report(row.plan->mac, "fails with " + text);
   row.phase = Phase::kWaiting;
 }
 
-void Operator::foundInstalled(const MacAddress& mac) {
+void PatientOperator::foundInstalled(const MacAddress& mac) {
   Row& row = rows_.at(mac);
   RouterRecord record = row.plan->request;
   record.mac = mac;
@@ -118,7 +116,7 @@ void Operator::foundInstalled(const MacAddress& mac) {
   row.phase = Phase::kDone;
 }
 
-void Operator::cancel(const MacAddress& mac) {
+void PatientOperator::cancel(const MacAddress& mac) {
   Row& row = rows_.at(mac);
   if (row.phase != Phase::kInstalling) return;
   if (installer_.access().cancel(mac)) row.phase = Phase::kWaiting;

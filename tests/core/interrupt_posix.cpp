@@ -4,7 +4,7 @@
 
 #include <cerrno>
 
-#include "cli/interrupt.h"
+#include "core/interrupt.h"
 
 namespace omniset::test {
 

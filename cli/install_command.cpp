@@ -8,10 +8,10 @@
 #include "cli/count_text.h"
 #include "cli/install_plan.h"
 #include "cli/installer_worker.h"
-#include "core/interrupt.h"
 #include "cli/json_lines.h"
 #include "cli/package_folder.h"
 #include "cli/progress_display.h"
+#include "core/interrupt.h"
 
 namespace omniset {
 

@@ -6,9 +6,9 @@
 #include "cli/adapter_choice.h"
 #include "cli/exit_status.h"
 #include "cli/installer_worker.h"
-#include "core/interrupt.h"
 #include "cli/router_listing.h"
 #include "core/error.h"
+#include "core/interrupt.h"
 
 namespace omniset {
 

@@ -43,13 +43,13 @@ need() {
   }
 }
 
-# build PRESET [TARGET...]: configures once, then builds what changed.
+# build PRESET [TARGET...]: configures, and builds what changed.
 build() {
   local preset=$1 log="$BUILD/$1.log" targets=()
   shift
   [ $# -gt 0 ] && targets=(--target "$@")
   say "Building ($preset) ..."
-  { { [ -e "$BUILD/$preset/build.ninja" ] || cmake -S "$TOP" --preset "$preset"; } &&
+  { cmake -S "$TOP" --preset "$preset" &&
     cmake --build "$BUILD/$preset" "${targets[@]}"; } >"$log" 2>&1 || {
     grep -E 'error|FAILED' -A 8 "$log" | head -n 60 >&2
     tail -n 5 "$log" >&2

@@ -1,0 +1,1 @@
+// Stands for the precompiled headers of the tests, and is otherwise empty.

@@ -8,26 +8,42 @@
 
 namespace omniset::test {
 
+namespace {
+
+// A signal's handling while it lives, whatever the tests were started with (nohup, a shell's "&").
+class Handling {
+ public:
+  Handling(int number, void (*handler)(int)) : number_(number), before_(signal(number, handler)) {}
+  ~Handling() { signal(number_, before_); }
+  Handling(const Handling&) = delete;
+  Handling& operator=(const Handling&) = delete;
+
+ private:
+  int number_;
+  void (*before_)(int);
+};
+
+}  // namespace
+
 TEST(InterruptGuard, RemembersEachRequestToEnd) {
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    const Handling usual(number, SIG_DFL);
     const InterruptGuard guard;
     EXPECT_FALSE(InterruptGuard::requested());
-    raise(signal);
+    raise(number);
     EXPECT_TRUE(InterruptGuard::requested());
   }
 }
 
 TEST(InterruptGuard, LeavesIgnoredWhatWasIgnored) {
-  const auto before = signal(SIGHUP, SIG_IGN);
-  {
-    const InterruptGuard guard;
-    raise(SIGHUP);
-    EXPECT_FALSE(InterruptGuard::requested());
-  }
-  signal(SIGHUP, before);
+  const Handling ignored(SIGHUP, SIG_IGN);
+  const InterruptGuard guard;
+  raise(SIGHUP);
+  EXPECT_FALSE(InterruptGuard::requested());
 }
 
 TEST(InterruptGuard, RestoresTheSignalsAtItsEnd) {
+  const Handling usual(SIGINT, SIG_DFL);
   { const InterruptGuard guard; }
   struct sigaction now {};
   sigaction(SIGINT, nullptr, &now);

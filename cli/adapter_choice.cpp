@@ -1,7 +1,7 @@
 #include "cli/adapter_choice.h"
 
 #include "cli/bad_input.h"
-#include "cli/shown_text.h"
+#include "core/shown_text.h"
 #include "link/broadcast_endpoint.h"
 
 namespace omniset {

@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "cli/bad_input.h"
-#include "cli/shown_text.h"
 #include "core/ipv4_address.h"
+#include "core/shown_text.h"
 
 namespace omniset {
 

@@ -7,7 +7,7 @@
 #include "cli/bad_input.h"
 #include "cli/command_definitions.h"
 #include "cli/exit_status.h"
-#include "cli/shown_text.h"
+#include "core/shown_text.h"
 
 namespace omniset {
 

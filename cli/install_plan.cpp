@@ -3,13 +3,13 @@
 #include <cstdio>
 #include <filesystem>
 #include <map>
-#include <memory>
 #include <numeric>
 #include <set>
 
 #include "cli/bad_input.h"
 #include "cli/package_table.h"
-#include "cli/shown_text.h"
+#include "core/file.h"
+#include "core/shown_text.h"
 #include "install/configuration_script.h"
 #include "link/frame_budget.h"
 #include "packages/version_text.h"
@@ -91,11 +91,11 @@ void checkMissing(const std::vector<std::string>& files, const PackageCatalogue&
   if (!sentences.empty()) throw BadInput(sentences);
 }
 
+// Only a regular file can be read again for every router, and has a length.
 bool isReadable(const std::string& path) {
   std::error_code error;
-  if (std::filesystem::is_directory(path, error)) return false;
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
-                                                             std::fclose);
+  if (!std::filesystem::is_regular_file(path, error)) return false;
+  const FilePtr file = openFile(path, "rb");
   if (!file) return false;
   std::fgetc(file.get());
   return std::ferror(file.get()) == 0;
@@ -120,7 +120,7 @@ std::int64_t scriptSize(const RouterRecord& request) {
   if (!request.useOwnScript) return static_cast<std::int64_t>(generatedScript(request).size());
   if (!isReadable(request.scriptPath)) {
     throw BadInput("The script '" + shownText(request.scriptPath) +
-                   "' cannot be read: check its path and its permissions.");
+                   "' cannot be read: name a file, and check its path and its permissions.");
   }
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(request.scriptPath, error);

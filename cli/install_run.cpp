@@ -1,16 +1,19 @@
 #include "cli/install_run.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "cli/count_text.h"
 #include "cli/exit_status.h"
-#include "core/error.h"
+#include "core/trace.h"
 
 namespace omniset {
 
 namespace {
 
 constexpr Micros kBytesInterval = kSecond / 5;
+// More than a segment has; it bounds what a flood of invented routers can use up.
+constexpr std::size_t kMostRouters = 4096;
 
 std::string vanishedText(const RouterState& last) {
   if (last.status == RouterStatus::kWaitingReboot) {
@@ -30,8 +33,18 @@ InstallRun::InstallRun(const InstallRunOptions& options, RouterInstaller& instal
       waitEnd_(clock.now() + options.wait),
       unseen_(options.named.begin(), options.named.end()) {}
 
+// The installer's thread may hold the lock for long, when a disk is slow: then nothing is new in
+// this turn.
 void InstallRun::poll() {
   if (done_) return;
+  try {
+    takeTurn();
+  } catch (const std::runtime_error& e) {
+    traceLine(std::string("the installer is busy: ") + e.what());
+  }
+}
+
+void InstallRun::takeTurn() {
   for (const RouterRecord& announced : takeAnnouncements()) {
     if (isWanted(announced.mac)) start(announced);
   }
@@ -58,7 +71,7 @@ bool InstallRun::isWanted(const MacAddress& mac) const {
     case RouterChoice::kFirst:
       return routers_.size() < options_.count;
     case RouterChoice::kAll:
-      return true;
+      return routers_.size() < kMostRouters;
   }
   return false;
 }
@@ -81,10 +94,9 @@ std::optional<std::string> InstallRun::install(const RouterRecord& announced) {
   request.mac = announced.mac;
   request.label = announced.label;
   request.lastSeen = announced.lastSeen;
-  RouterInstaller::Access access = installer_.access();
   try {
-    access.install(request, options_.packagesFolder);
-  } catch (const Error& e) {
+    installer_.access().install(request, options_.packagesFolder);
+  } catch (const std::exception& e) {
     return std::string("Installation failed: ") + e.what();
   }
   return std::nullopt;
@@ -178,16 +190,23 @@ bool InstallRun::isComplete() const {
   return false;
 }
 
-void InstallRun::abandon(const std::string& reason) {
-  if (done_) return;
-  done_ = true;
-  outcome_.abandoned = true;
-  {
+// A session that cannot be reached goes with the installer.
+void InstallRun::cancelSessions() {
+  try {
     RouterInstaller::Access access = installer_.access();
     for (const auto& [mac, router] : routers_) {
       if (!router.finished) access.cancel(mac);
     }
+  } catch (const std::runtime_error& e) {
+    traceLine(std::string("the installer is busy: ") + e.what());
   }
+}
+
+void InstallRun::abandon(const std::string& reason) {
+  if (done_) return;
+  done_ = true;
+  outcome_.abandoned = true;
+  cancelSessions();
   for (auto& [mac, router] : routers_) {
     if (!router.finished) finish(router, false, reason);
   }

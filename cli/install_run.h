@@ -67,7 +67,7 @@ class InstallRun {
   InstallRun(const InstallRunOptions& options, RouterInstaller& installer, const Clock& clock,
              InstallListener& listener);
 
-  // One turn. Does nothing once the run is done. Raises what RouterInstaller::access() raises.
+  // One turn. Does nothing once the run is done.
   void poll();
   // Every router has its result and no other is awaited.
   bool done() const { return done_; }
@@ -91,6 +91,7 @@ class InstallRun {
     bool finished = false;
   };
 
+  void takeTurn();
   std::vector<RouterRecord> takeAnnouncements();
   bool isWanted(const MacAddress& mac) const;
   void start(const RouterRecord& announced);
@@ -99,6 +100,7 @@ class InstallRun {
   void follow(Router& router);
   void tellChange(Router& router);
   void finish(Router& router, bool ok, const std::string& text);
+  void cancelSessions();
   void failUnseen(const std::string& text);
   void endWait();
   bool isComplete() const;

@@ -30,36 +30,45 @@ class InstallerWorker {
   // The thread ended by itself: nothing will happen any more.
   bool hasEnded() const { return thread_->exitCode() != ThreadBase::kStillActive; }
   // Why, once it has ended.
-  std::string reason() const;
+  const std::string& reason() const { return thread_->job().reason(); }
 
  private:
-  // The adapter that was chosen, so that a change among the others in between does no harm.
-  class ChosenInterface : public NetworkInterfaces {
-   public:
-    explicit ChosenInterface(NetworkInterface chosen) : chosen_(std::move(chosen)) {}
-    std::vector<NetworkInterface> list() override { return {chosen_}; }
+  // What the installer refers to. It belongs to the job, because a thread that does not stop in
+  // time is left behind with the job alone.
+  class Services {
+   protected:
+    explicit Services(const AdapterChoice& choice) : interfaces_(choice.adapter) {}
 
-   private:
-    NetworkInterface chosen_;
+    // The adapter that was chosen, so that a change among the others in between does no harm.
+    class ChosenInterface : public NetworkInterfaces {
+     public:
+      explicit ChosenInterface(NetworkInterface chosen) : chosen_(std::move(chosen)) {}
+      std::vector<NetworkInterface> list() override { return {chosen_}; }
+
+     private:
+      NetworkInterface chosen_;
+    };
+
+    ChosenInterface interfaces_;
+    SystemClock systemClock_;
+    SystemTempFiles systemTempFiles_;
   };
 
   // Remembers why it ended.
-  class Job : public RouterInstaller {
+  class Job : private Services, public RouterInstaller {
    public:
-    using RouterInstaller::RouterInstaller;
+    Job(int adapter, const AdapterChoice& choice);
     void run() override;
     // Of a job whose thread has ended.
     const std::string& reason() const { return reason_; }
 
    private:
+    const std::string shownName_;
     std::string reason_ = "unknown";
   };
 
-  const std::string shownName_;
   SocketLibrary socketLibrary_;
-  ChosenInterface interfaces_;
   SystemClock clock_;
-  SystemTempFiles tempFiles_;
   std::unique_ptr<Thread<Job, int>> thread_;
 };
 

@@ -2,7 +2,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "cli/shown_text.h"
 #include "cli/status_name.h"
 #include "packages/version_text.h"
 
@@ -13,7 +12,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 std::string line(const Json& object) {
-  return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+  return object.dump(-1, ' ', true, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace
@@ -35,12 +34,11 @@ std::string packageJson(const PackageRecord& package) {
 }
 
 std::string routerJson(const MacAddress& mac, const std::string& label) {
-  return line({{"mac", mac.text()}, {"label", shownText(label)}});
+  return line({{"mac", mac.text()}, {"label", label}});
 }
 
 void JsonEvents::routerSeen(const MacAddress& mac, const std::string& label) {
-  out_ << line({{"event", "router"}, {"mac", mac.text()}, {"label", shownText(label)}})
-       << std::flush;
+  out_ << line({{"event", "router"}, {"mac", mac.text()}, {"label", label}}) << std::flush;
 }
 
 void JsonEvents::statusChanged(const RouterState& state) {

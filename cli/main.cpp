@@ -10,8 +10,8 @@
 #include "cli/install_command.h"
 #include "cli/packages_command.h"
 #include "cli/routers_command.h"
-#include "cli/shown_text.h"
 #include "cli/trace_output.h"
+#include "core/shown_text.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include "cli/bad_input.h"
-#include "cli/shown_text.h"
+#include "core/shown_text.h"
 #include "packages/folder_listing.h"
 
 namespace omniset {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "cli/shown_text.h"
+#include "core/shown_text.h"
 #include "packages/version_text.h"
 
 namespace omniset {

@@ -1,7 +1,7 @@
 #include "cli/progress_display.h"
 
-#include "cli/shown_text.h"
 #include "cli/status_name.h"
+#include "core/shown_text.h"
 
 namespace omniset {
 

@@ -4,9 +4,9 @@
 #include <array>
 #include <cmath>
 
-#include "cli/shown_text.h"
 #include "cli/status_name.h"
 #include "core/format_text.h"
+#include "core/shown_text.h"
 
 namespace omniset {
 

@@ -1,6 +1,6 @@
 #include "cli/trace_output.h"
 
-#include "cli/shown_text.h"
+#include "core/shown_text.h"
 
 namespace omniset {
 

@@ -2,9 +2,9 @@
 
 #include <array>
 #include <cstdio>
-#include <memory>
 
 #include "core/error.h"
+#include "core/file.h"
 #include "core/format_text.h"
 #include "core/ipv4_address.h"
 #include "core/trace.h"
@@ -15,14 +15,9 @@ namespace {
 
 constexpr std::size_t kCopyBlock = 4096;
 
-struct Closer {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, Closer>;
-
 // Unbuffered, so that each read or write shows its own failure.
-File openFile(const std::string& path, const char* mode, const char* failure) {
-  File file(std::fopen(path.c_str(), mode));
+FilePtr openUnbuffered(const std::string& path, const char* mode, const char* failure) {
+  FilePtr file = openFile(path, mode);
   if (!file) throw Failure(failure);
   std::setvbuf(file.get(), nullptr, _IONBF, 0);
   return file;
@@ -33,7 +28,7 @@ void writeAll(std::FILE* file, const char* data, std::size_t length, const char*
 }
 
 void copyScript(const std::string& from, std::FILE* to) {
-  const File script = openFile(from, "rb", "Could not open script");
+  const FilePtr script = openUnbuffered(from, "rb", "Could not open script");
   std::array<char, kCopyBlock> block;
   for (;;) {
     const std::size_t length = std::fread(block.data(), 1, block.size(), script.get());
@@ -44,7 +39,7 @@ void copyScript(const std::string& from, std::FILE* to) {
 }
 
 void fillScript(const RouterRecord& record, const std::string& path) {
-  const File file = openFile(path, "wb", "Could not open temporary file");
+  const FilePtr file = openUnbuffered(path, "wb", "Could not open temporary file");
   if (record.keepConfiguration) return;
   if (record.useOwnScript) {
     copyScript(record.scriptPath, file.get());

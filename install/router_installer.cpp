@@ -44,6 +44,7 @@ Micros RouterInstaller::runTimers() {
   const Micros now = clock_.now();
   const ScopedLock lock(mutex_, kLockTimeoutMs);
   sessions_.fireDue(now);
+  // Timers that have just fired count too: a repetition after 10 ms must not wait a second.
   return sessions_.timeToNext(now, kLongestWait);
 }
 

@@ -1,8 +1,10 @@
 #include "install/router_session.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <exception>
+#include <limits>
 
 #include "core/error.h"
 #include "core/path.h"
@@ -213,9 +215,15 @@ void RouterSession::fileFrameAcknowledged(Micros now) {
       return;
     }
   } else {
-    record_.bytesSent += chunk;
+    countBytes(chunk);
   }
   deadline_ = now + retransmissionTimeout_;
+}
+
+// Stops at the largest count: a target may be sent more in all.
+void RouterSession::countBytes(int chunk) {
+  constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+  record_.bytesSent += std::min(chunk, kMost - record_.bytesSent);
 }
 
 void RouterSession::allSent(Micros now) {

@@ -69,6 +69,7 @@ class RouterSession {
   void openNextFile();
   void resendFile(Micros now);
   void fileFrameAcknowledged(Micros now);
+  void countBytes(int chunk);
   void allSent(Micros now);
   void sendReboot();
   void finish(const char* text);

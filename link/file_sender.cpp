@@ -17,7 +17,7 @@ std::string fileNameOf(const std::string& path) {
 
 FileSender::FileSender(const std::string& path, BroadcastEndpoint& endpoint,
                        const LinkConnection& connection, const std::string& announcedName)
-    : file_(std::fopen(path.c_str(), "rb")),
+    : file_(openFile(path, "rb")),
       name_(announcedName.empty() ? fileNameOf(path) : announcedName),
       endpoint_(endpoint),
       connection_(connection) {

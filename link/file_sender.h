@@ -4,10 +4,9 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <string>
 
+#include "core/file.h"
 #include "link/broadcast_endpoint.h"
 #include "link/link_connection.h"
 #include "link/link_frame.h"
@@ -39,15 +38,11 @@ class FileSender {
   const std::string& name() const { return name_; }
 
  private:
-  struct Closer {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-  };
-
   void measure();
   void buildHeader();
   void buildChunk();
 
-  std::unique_ptr<std::FILE, Closer> file_;
+  FilePtr file_;
   std::int32_t fileSize_ = 0;
   std::int32_t bytesSent_ = 0;
   std::string name_;

@@ -1,4 +1,5 @@
 #include <dirent.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <memory>
@@ -23,6 +24,13 @@ bool isPackageFileName(std::string_view name) {
   });
 }
 
+// A pipe or a device has no content of its own, and to open it may wait for ever.
+bool mayBeOpened(DIR* folder, const char* name) {
+  struct stat status {};
+  if (fstatat(dirfd(folder), name, &status, 0) != 0) return true;
+  return S_ISREG(status.st_mode) || S_ISDIR(status.st_mode);
+}
+
 }  // namespace
 
 std::vector<std::string> listPackageFiles(const std::string& folder) {
@@ -30,7 +38,8 @@ std::vector<std::string> listPackageFiles(const std::string& folder) {
   const std::unique_ptr<DIR, Closer> entries(opendir(folder.c_str()));
   if (!entries) return names;
   while (const dirent* entry = readdir(entries.get())) {
-    if (isPackageFileName(entry->d_name)) names.emplace_back(entry->d_name);
+    if (!isPackageFileName(entry->d_name)) continue;
+    if (mayBeOpened(entries.get(), entry->d_name)) names.emplace_back(entry->d_name);
   }
   return names;
 }

@@ -8,6 +8,7 @@
 #include <optional>
 #include <utility>
 
+#include "core/file.h"
 #include "core/format_text.h"
 #include "core/path.h"
 #include "core/trace.h"
@@ -19,10 +20,6 @@
 namespace omniset {
 
 namespace {
-
-struct Closer {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
 
 int measure(std::FILE* file) {
   if (std::fseek(file, 0, SEEK_END) != 0) return 0;
@@ -92,7 +89,7 @@ void PackageCatalogue::showMissing() {
 void PackageCatalogue::addPack(const std::string& fileName) {
   const int row = count();
   const std::string path = joinPath(folder_, fileName);
-  const std::unique_ptr<std::FILE, Closer> file(std::fopen(path.c_str(), "rb"));
+  const FilePtr file = openFile(path, "rb");
   if (!file) {
     traceLine("addPack: fopen() fail (" + path + ")");
     return;

@@ -1,11 +1,10 @@
 // A target's store in a folder of this computer, for trying an installation without a PC.
 #pragma once
 
-#include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <string>
 
+#include "core/file.h"
 #include "target/target_store.h"
 
 namespace omniset {
@@ -31,17 +30,13 @@ class FolderStore : public TargetStore {
   void abandonFile() override;
 
  private:
-  struct Closer {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-  };
-
   // Where a file is until it is complete.
   std::filesystem::path partPath() const;
   void removePart();
 
   std::filesystem::path folder_;
   std::string name_;
-  std::unique_ptr<std::FILE, Closer> file_;
+  FilePtr file_;
 };
 
 }  // namespace omniset

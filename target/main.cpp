@@ -13,6 +13,7 @@
 #include "core/clock.h"
 #include "core/error.h"
 #include "core/interrupt.h"
+#include "core/shown_text.h"
 #include "core/trace.h"
 #include "link/network_interfaces.h"
 #include "target/folder_store.h"
@@ -37,11 +38,7 @@ struct Options {
 class StandardOutputConsole : public TargetConsole {
  public:
   void say(const MacAddress& target, const std::string& sentence) override {
-    std::string shown = sentence;
-    for (char& c : shown) {
-      if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
-    }
-    std::printf("%s  %s\n", target.text().c_str(), shown.c_str());
+    std::printf("%s  %s\n", target.text().c_str(), shownText(sentence).c_str());
     std::fflush(stdout);
   }
 };

@@ -63,7 +63,6 @@ class TargetSession {
 
   Micros deadline() const { return deadline_; }
   State state() const { return state_; }
-  const TargetIdentity& identity() const { return identity_; }
 
  private:
   struct StateRow;

@@ -25,6 +25,11 @@ require_root() { # the script's arguments
   [ "$(id -u)" -eq 0 ] || exec sudo -- "$0" "$@"
 }
 
+# Runs a command with the highest rights.
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
 # need PACKAGE...: installs the packages that are missing.
 need() {
   local missing=() package
@@ -34,8 +39,8 @@ need() {
   done
   [ ${#missing[@]} -eq 0 ] && return 0
   say "Installing ${missing[*]} ..."
-  { apt-get -qq update &&
-    env DEBIAN_FRONTEND=noninteractive \
+  { as_root apt-get -qq update &&
+    as_root env DEBIAN_FRONTEND=noninteractive \
       apt-get -y -qq --no-install-recommends install "${missing[@]}"; } \
     >"$BUILD/apt.log" 2>&1 || {
     tail -n 20 "$BUILD/apt.log" >&2

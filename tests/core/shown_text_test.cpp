@@ -1,4 +1,4 @@
-#include "cli/shown_text.h"
+#include "core/shown_text.h"
 
 #include <gtest/gtest.h>
 

@@ -176,7 +176,7 @@ TEST_F(InstallPlanTest, KeptConfigurationSendsAnEmptyScript) {
 
 TEST_F(InstallPlanTest, UnreadableScriptIsRefused) {
   options.script = elsewhere.path() + "/none.rsc";
-  EXPECT_TRUE(contains(refusal(), "none.rsc' cannot be read: check its path"));
+  EXPECT_TRUE(contains(refusal(), "none.rsc' cannot be read: name a file, and check its path"));
   options.script = elsewhere.path();
   EXPECT_TRUE(contains(refusal(), "cannot be read"));
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -16,6 +17,16 @@ TEST(JsonEvents, RouterHasMacAndLabel) {
   JsonEvents(out).routerSeen(kMac, "lab \"7\"");
   EXPECT_EQ(out.str(),
             "{\"event\":\"router\",\"mac\":\"02:00:00:00:01:0A\",\"label\":\"lab \\\"7\\\"\"}\n");
+}
+
+TEST(JsonEvents, LabelIsWholeButMovesNoTerminal) {
+  std::ostringstream out;
+  JsonEvents(out).routerSeen(kMac, "a\x1B[2J\xC2\x9B\x7F\xFF");
+  EXPECT_EQ(nlohmann::json::parse(out.str())["label"], "a\x1B[2J\xC2\x9B\x7F\xEF\xBF\xBD");
+  const std::string line = out.str();
+  EXPECT_TRUE(std::all_of(line.begin(), line.end(), [](char c) {
+    return c == '\n' || (c >= ' ' && c <= '~');
+  })) << line;
 }
 
 TEST(JsonEvents, StatusHasCodeTextAndBytes) {
@@ -72,7 +83,7 @@ TEST(JsonEvents, EventsAreOneLineEachWhateverTheLabelHolds) {
 }
 
 TEST(RouterJson, HasMacAndLabel) {
-  EXPECT_EQ(routerJson(kMac, "a\x1b"), "{\"mac\":\"02:00:00:00:01:0A\",\"label\":\"a?\"}\n");
+  EXPECT_EQ(routerJson(kMac, "a\x1b"), "{\"mac\":\"02:00:00:00:01:0A\",\"label\":\"a\\u001b\"}\n");
 }
 
 TEST(PackageJson, HasEverythingThatIsKnownOfThePackage) {

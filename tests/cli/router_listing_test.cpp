@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 
 namespace omniset::test {
@@ -27,6 +28,18 @@ TEST(RouterListing, ListsEachRouterOnce) {
   }
   EXPECT_FALSE(listing.isEmpty());
   EXPECT_EQ(out.str(), "02:00:00:00:01:01  one\n02:00:00:00:01:02  two\n");
+}
+
+TEST(RouterListing, FloodOfInventedRoutersIsCutOff) {
+  std::ostringstream out;
+  RouterListing listing(out, false);
+  for (int i = 0; i < 6000; ++i) {
+    RouterRecord record = router(static_cast<std::uint8_t>(i), "x");
+    record.mac.bytes[4] = static_cast<std::uint8_t>(i >> 8);
+    listing.announced(record);
+  }
+  const std::string text = out.str();
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 4096);
 }
 
 TEST(RouterListing, ListsARouterAgainWhenItsLabelChanges) {

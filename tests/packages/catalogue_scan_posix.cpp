@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <iterator>
 
@@ -13,6 +15,14 @@ TEST_F(CatalogueScanPosix, FolderNamedLikeAPackageIsTracedAndLeftOut) {
   write("system.bdl", {.name = "system"});
   catalogue.scan(folder.path());
   EXPECT_EQ(traced.text(), "EXC loading packages: read error\n");
+  EXPECT_EQ(catalogue.count(), 1);
+}
+
+TEST_F(CatalogueScanPosix, PipeNamedLikeAPackageIsNotOpened) {
+  ASSERT_EQ(mkfifo((folder.path() + "/pipe.bdl").c_str(), 0600), 0);
+  write("system.bdl", {.name = "system"});
+  catalogue.scan(folder.path());
+  EXPECT_EQ(traced.text(), "");
   EXPECT_EQ(catalogue.count(), 1);
 }
 

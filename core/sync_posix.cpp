@@ -120,6 +120,7 @@ bool Event::wait(int timeoutMs) {
     native_->signalled = native_->manualReset;
     return true;
   }
+  if (timeoutMs == 0) return false;
   Native::Waiter self;
   native_->waiting.push_back(&self);
   if (waitUntil(native_->changed, lock, timeoutMs, [&] { return self.released; })) return true;

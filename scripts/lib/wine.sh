@@ -28,14 +28,16 @@ wine_program() {
     WINESERVER="$wine_programs/wineserver64" DISPLAY= "$@" </dev/null 9>&-
 }
 
-# A fresh prefix in a folder, whose programs need no X server.
+# A fresh prefix in a folder, whose programs need no X server. What Wine says of it is in FOLDER.log.
 wine_make_prefix() {
   local wine_folder=$1 wine_launcher=()
-  mkdir -p "$wine_folder" &&
-    wine_program "$wine_programs/wine64" wineboot -i >/dev/null 2>&1 &&
+  rm -rf "$wine_folder" &&
+    mkdir -p "$wine_folder" &&
+    wine_program "$wine_programs/wine64" wineboot -i >>"$wine_folder.log" 2>&1 &&
     wine_program "$wine_programs/wine64" reg add 'HKCU\Software\Wine\Drivers' \
-      /v Graphics /d null /f >/dev/null 2>&1 &&
-    wine_program "$wine_programs/wineserver64" -w >/dev/null 2>&1
+      /v Graphics /d null /f >>"$wine_folder.log" 2>&1 &&
+    wine_program "$wine_programs/wineserver64" -w >>"$wine_folder.log" 2>&1 &&
+    touch "$wine_folder/.complete"
 }
 
 # Makes the prefix if it is not there, by linking the files of the common one under build/, and
@@ -52,9 +54,15 @@ wine_prefix() {
   (
     flock 9
     if [ ! -e "$common/.complete" ]; then
-      rm -rf "$common" && wine_make_prefix "$common" && touch "$common/.complete"
+      # Wine's first start on a machine can fail where a second one does not.
+      : >"$common.log"
+      wine_make_prefix "$common" || wine_make_prefix "$common"
     fi
-  ) 9>"$common.lock" || { echo "cannot make the Wine prefix $common" >&2; return 1; }
+  ) 9>"$common.lock" || {
+    echo "cannot make the Wine prefix $common; Wine says:" >&2
+    tail -n 20 "$common.log" >&2
+    return 1
+  }
   if [ ! -e "$folder/.complete" ]; then
     wine_copy_prefix "$common" "$folder" || return
   fi

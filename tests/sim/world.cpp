@@ -155,18 +155,22 @@ void World::pollKeyboard(Target& target) {
   events_.after(kKeyboardPoll, [this, &target] { pollKeyboard(target); });
 }
 
-// A session may end when only its last acknowledgement is missing. The target is installed then and
-// waits for a key, and somebody sees it on its screen.
+// A session may end when only its last acknowledgement is missing. The target is installed then,
+// and somebody sees it on its screen, or has pressed a key already.
 void World::lookAfter(Target& target) {
+  using State = TargetSession::State;
   const MacAddress& mac = target.plan->mac;
   const TargetSession* session = target.computer->host.find(mac);
-  const bool forgotten =
-      session && session->state() == TargetSession::State::kInstalled && operator_->isWaiting(mac);
+  const bool installed =
+      session && (session->state() == State::kInstalled || session->state() == State::kEnded);
+  const bool forgotten = installed && operator_->isWaiting(mac);
   target.turnsForgotten = forgotten ? target.turnsForgotten + 1 : 0;
-  if (target.turnsForgotten == kForgottenTurns) {
+  if (target.turnsForgotten == kForgottenTurns && target.store.files().contains(kScriptName)) {
     operator_->foundInstalled(mac);
     return;
   }
+  // A stranger's word made it reboot with nothing installed: it boots the installer system again.
+  if (target.turnsForgotten == kForgottenTurns) powerOn(target);
   events_.after(kLookAfter, [this, &target] { lookAfter(target); });
 }
 

@@ -19,12 +19,19 @@ enum class RouterStatus : std::int32_t {
   kWaitingReboot = 5,
 };
 
+// Kinds of targets.
+constexpr std::int32_t kLocalDrive = 0;
 constexpr std::int32_t kNetworkTarget = 1;
+
+// Types of local drives.
+constexpr std::int32_t kRemovableDrive = 2;
+constexpr std::int32_t kFixedDrive = 3;
 
 struct RouterRecord {
   std::int32_t kind = kNetworkTarget;
   std::string label;
-  MacAddress mac;  // the source address of the target's frames
+  MacAddress mac;              // the source address of the target's frames
+  std::int32_t driveType = 0;  // of a local drive
 
   std::string scriptPath;          // the operator's own script, empty for none
   bool keepConfiguration = false;  // leave the target its old configuration
@@ -33,7 +40,9 @@ struct RouterRecord {
   std::int32_t netmaskLength = 0;  // leading one bits; 0: not set
   std::uint32_t gateway = 0;       // network byte order; 0: none
   std::int32_t baudRate = 0;
+  std::vector<std::string> packages;  // that the operator chose; see ui/workflow/package_marks.h
   std::vector<std::string> packageFiles;  // names within the packages folder, in sending order
+  std::int64_t packageBytes = 0;          // of these files together
 
   Micros lastSeen = 0;  // the target's last announcement before the installation
   RouterStatus status = RouterStatus::kReady;

@@ -35,6 +35,18 @@ if(WIN32)
   add_link_options(-static -static-libgcc -static-libstdc++)
 endif()
 
+# omniset_headers(NAME folder/file.hpp): a header-only library of the system. A cross compiler sees it
+# through a folder that links to just its folder: the rest of the host's headers would break it.
+function(omniset_headers name header)
+  get_filename_component(folder ${header} DIRECTORY)
+  find_path(${name}_found ${header} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+  set(headers ${PROJECT_BINARY_DIR}/headers/${folder})
+  file(MAKE_DIRECTORY ${headers})
+  file(CREATE_LINK ${${name}_found}/${folder} ${headers}/${folder} SYMBOLIC)
+  add_library(${name} INTERFACE)
+  target_include_directories(${name} SYSTEM INTERFACE ${headers})
+endfunction()
+
 # omniset_library(NAME SOURCES a.cpp ... SEAMS b c ... LINKS other ...)
 # One static library of a folder. Each name under SEAMS stands for the pair b_win32.cpp and
 # b_posix.cpp, of which the one for the target system is compiled.

@@ -12,11 +12,11 @@
 
 #include "cli/exit_status.h"
 #include "cli/install_run.h"
-#include "played_target.h"
 #include "tests/fakes/captured_trace.h"
 #include "tests/fakes/fake_clock.h"
 #include "tests/fakes/fake_network_interfaces.h"
 #include "tests/fakes/fake_udp_socket.h"
+#include "tests/fakes/played_target.h"
 #include "tests/fakes/temp_folder.h"
 
 namespace omniset::test {

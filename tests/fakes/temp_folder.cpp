@@ -6,6 +6,8 @@
 #include <random>
 #include <stdexcept>
 
+#include "core/error.h"
+
 namespace omniset::test {
 
 namespace fs = std::filesystem;
@@ -46,6 +48,7 @@ std::string readFile(const std::string& path) {
 }
 
 std::string FakeTempFiles::create(const char* prefix) {
+  if (failing) throw Error("GetTempPath");
   return folder_.write(prefix + std::to_string(++last_), "");
 }
 

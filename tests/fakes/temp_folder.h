@@ -34,7 +34,10 @@ std::string readFile(const std::string& path);
 class FakeTempFiles : public TempFiles {
  public:
   explicit FakeTempFiles(const TempFolder& folder) : folder_(folder) {}
+  // Raises Error "GetTempPath" when it is to fail.
   std::string create(const char* prefix) override;
+
+  bool failing = false;
 
  private:
   const TempFolder& folder_;

@@ -1,4 +1,4 @@
-#include "played_target.h"
+#include "tests/fakes/played_target.h"
 
 #include <algorithm>
 

@@ -1,9 +1,12 @@
 # shellcheck shell=bash
-# Running Windows programs under Wine, without a screen. To be sourced by bash scripts.
+# Running Windows programs under Wine, without a screen or on one. To be sourced by bash scripts.
 #
 # Debian packages needed: wine wine64 (and g++-mingw-w64-x86-64-posix to build what is run).
 #
 #   wine_prefix [FOLDER [NAMESPACE]]   makes the prefix once, selects it and starts its server
+#   wine_screen_prefix FOLDER [NAMESPACE [DPI]]
+#                                      the same for programs that show themselves on $DISPLAY; a
+#                                      prefix of its own, with 96 dots to the inch or as many
 #   wine_run EXE [ARGUMENT...]         runs a program; prints what it wrote; returns its exit code
 #   wine_stop                          ends the server of the selected prefix and all that runs in it
 #
@@ -14,6 +17,7 @@ wine_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 wine_programs=/usr/lib/wine
 wine_folder=
 wine_launcher=()
+wine_display=
 
 # How long a server stays after the last program, and how long a program may run, in seconds.
 : "${WINE_SERVER_STAYS:=120}"
@@ -25,12 +29,12 @@ wine_program() {
   ${wine_launcher[@]+"${wine_launcher[@]}"} \
     env WINEPREFIX="$wine_folder" WINEARCH=win64 WINEDEBUG=-all \
     WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe=" \
-    WINESERVER="$wine_programs/wineserver64" DISPLAY= "$@" </dev/null 9>&-
+    WINESERVER="$wine_programs/wineserver64" DISPLAY="$wine_display" "$@" </dev/null 9>&-
 }
 
 # A fresh prefix in a folder, whose programs need no X server. What Wine says of it is in FOLDER.log.
 wine_make_prefix() {
-  local wine_folder=$1 wine_launcher=()
+  local wine_folder=$1 wine_launcher=() wine_display=
   rm -rf "$wine_folder" &&
     mkdir -p "$wine_folder" &&
     wine_program "$wine_programs/wine64" wineboot -i >>"$wine_folder.log" 2>&1 &&
@@ -68,6 +72,7 @@ wine_prefix() {
   fi
   wine_folder=$(cd "$folder" && pwd) || return
   wine_launcher=()
+  wine_display=
   if [ -n "$namespace" ]; then wine_launcher=(ip netns exec "$namespace"); fi
   # Says no when one runs already; that one is as good.
   wine_program "$wine_programs/wineserver64" -p"$WINE_SERVER_STAYS" >/dev/null 2>&1 || true
@@ -78,6 +83,40 @@ wine_copy_prefix() {
   local from=$1 to=$2
   mkdir -p "$(dirname "$to")" && rm -rf "$to" && cp -al "$from" "$to" &&
     rm -f "$to"/*.reg && cp -p "$from"/*.reg "$to"/
+}
+
+# The server is started anew: the desktop of one that runs already would stay without a screen.
+wine_screen_prefix() {
+  local folder=$1 namespace=${2:-} dpi=${3:-96} settings
+  : "${DISPLAY:?no screen; see xvfb_start}"
+  wine_prefix "$folder" "$namespace" || return
+  settings=$wine_folder/drive_c/screen.reg
+  wine_screen_settings "$dpi" >"$settings" || return
+  if ! wine_program "$wine_programs/wine64" regedit /S 'C:\screen.reg' >/dev/null 2>&1; then
+    echo "cannot prepare the Wine prefix $folder for a screen" >&2
+    return 1
+  fi
+  wine_stop
+  wine_prefix "$folder" "$namespace" || return
+  wine_display=$DISPLAY
+}
+
+# Without a window manager: Wine itself draws the captions and moves the focus.
+wine_screen_settings() {
+  local dpi=$1
+  cat <<SETTINGS
+REGEDIT4
+
+[HKEY_CURRENT_USER\\Software\\Wine\\Drivers]
+"Graphics"="x11"
+
+[HKEY_CURRENT_USER\\Software\\Wine\\X11 Driver]
+"Managed"="N"
+"Decorated"="N"
+
+[HKEY_CURRENT_USER\\Control Panel\\Desktop]
+"LogPixels"=dword:$(printf '%08x' "$dpi")
+SETTINGS
 }
 
 # The program's output goes to files and is printed when it has ended, with Unix line ends.
@@ -96,4 +135,5 @@ wine_stop() {
   [ -n "$wine_folder" ] || return 0
   wine_program "$wine_programs/wineserver64" -k >/dev/null 2>&1 || true
   wine_folder=
+  wine_display=
 }

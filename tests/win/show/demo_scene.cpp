@@ -1,0 +1,40 @@
+#include "resources/resource_ids.h"
+#include "tests/win/driver/settings_store.h"
+#include "tests/win/show/scenes.h"
+
+namespace omniset::test {
+
+void performDemo(Stage& stage) {
+  const std::string label = "demo router";
+  clearSettings();
+  storeText("Package Path", stage.path("packages"));
+  stage.open();
+  stage.say("The window is open and has loaded the folder: " + stage.window().statusBar());
+  stage.startTarget("received", {"--label", label});
+  stage.awaitStatus(label, "Ready");
+  stage.selectRouter(label);
+  stage.say("The router announced itself: it is \"Ready\", and selected.");
+
+  stage.window().click(IDC_SELECT_ALL);
+  stage.window().type(IDC_ADDRESS, "192.168.88.2");
+  stage.window().type(IDC_NETMASK, "24");
+  stage.window().type(IDC_GATEWAY, "192.168.88.1");
+  stage.picture("1-ready");
+  stage.say("All packages are marked, an address is entered. Pressing \"Install\" ...");
+
+  stage.pressInstall("Install");
+  stage.awaitStatus(label, "Waiting reboot");
+  stage.window().awaitText(IDC_INSTALL, "Reboot");
+  stage.picture("2-waiting-for-reboot");
+  stage.say("Everything was sent: " + stage.window().text(IDC_STATUS_LINE) + ".");
+  stage.say("Pressing \"Reboot\" ...");
+
+  stage.pressInstall("Reboot");
+  stage.awaitStatus(label, "OK");
+  stage.picture("3-finished");
+  stage.say("The row says \"OK\": " + stage.window().text(IDC_STATUS_LINE) + ".");
+  stage.waitForTarget("received");
+  stage.close();
+}
+
+}  // namespace omniset::test

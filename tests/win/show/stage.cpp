@@ -1,0 +1,71 @@
+#include "tests/win/show/stage.h"
+
+#include <cstdlib>
+
+#include "resources/resource_ids.h"
+
+namespace omniset::test {
+
+namespace {
+
+constexpr Milliseconds kInstallationLimit{60'000};
+
+std::string required(const char* variable) {
+  const char* value = std::getenv(variable);
+  if (!value) throw WindowFault(std::string(variable) + " is not set");
+  return value;
+}
+
+}  // namespace
+
+Stage::Stage()
+    : folder_(required("OMNISET_TEST_FOLDER")),
+      program_(required("OMNISET_TEST_PROGRAM")),
+      host_(folder_ + "\\host") {}
+
+WindowUnderTest& Stage::open() {
+  window_.reset();
+  const std::string trace = path("trace-" + std::to_string(++starts_) + ".txt");
+  window_ = std::make_unique<WindowUnderTest>(program_, trace);
+  SetForegroundWindow(window_->handle());
+  return *window_;
+}
+
+void Stage::close() {
+  const DWORD code = window_->end();
+  window_.reset();
+  if (code != 0) throw WindowFault("the program ended with code " + std::to_string(code));
+}
+
+void Stage::startTarget(const std::string& name, std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), {"start", name});
+  host_.request(arguments);
+}
+
+void Stage::awaitStatus(const std::string& label, const std::string& status) {
+  const auto shown = [&] {
+    for (const ListRow& row : window().routers().rows()) {
+      if (row.texts.at(kLabelColumn) == label) return row.texts.at(kStatusColumn);
+    }
+    return std::string("not in the list");
+  };
+  waitUntil(
+      "the router \"" + label + "\" is \"" + status + "\"", [&] { return shown() == status; },
+      [&] { return shown() + ", " + window().text(IDC_STATUS_LINE); }, kInstallationLimit);
+}
+
+void Stage::selectRouter(const std::string& label) {
+  window().selectRouter(window().routers().find(label));
+}
+
+void Stage::pressInstall(const std::string& as) {
+  window().awaitText(IDC_INSTALL, as);
+  window().click(IDC_INSTALL);
+}
+
+void Stage::picture(const std::string& name) {
+  window().settle();
+  host_.request({"picture", name});
+}
+
+}  // namespace omniset::test

@@ -1,0 +1,137 @@
+#include "ui/workflow/workflow.h"
+
+#include <exception>
+#include <stdexcept>
+
+#include "core/trace.h"
+
+namespace omniset {
+
+Workflow::Workflow(const WorkflowParts& parts)
+    : parts_(parts),
+      defaults_(parts.remembered, parts.sets),
+      display_(parts.routers, parts.catalogue, parts.sets, defaults_, parts.view) {}
+
+void Workflow::begin() {
+  for (const std::string& name : parts_.sets.names()) parts_.view.addSet(name);
+  display_.load();
+}
+
+// The installer's thread may hold its lock for long, when a disk is slow: then nothing is new in
+// this tick.
+void Workflow::poll() {
+  try {
+    followSessions();
+  } catch (const std::runtime_error& busy) {
+    traceLine(std::string("the installer is busy: ") + busy.what());
+  }
+  parts_.routers.age();
+  display_.refresh();
+}
+
+void Workflow::followSessions() {
+  RouterInstaller::Access access = parts_.installer.access();
+  while (auto announced = access.takeAnnouncement()) addAnnounced(access, std::move(*announced));
+  parts_.routers.forEach([&](const RouterRecord& entry) {
+    if (const RouterRecord* session = access.record(entry.mac)) {
+      parts_.routers.updateStatus(entry.mac, *session);
+    }
+  });
+}
+
+// An announcement that was still in flight when the installation was started makes a fresh row too;
+// it must not show another request than the one that is being installed.
+void Workflow::addAnnounced(RouterInstaller::Access& access, RouterRecord announced) {
+  defaults_.fill(announced);
+  if (const RouterRecord* session = access.record(announced.mac)) {
+    const std::string label = announced.label;
+    const Micros lastSeen = announced.lastSeen;
+    announced = *session;
+    announced.label = label;
+    announced.lastSeen = lastSeen;
+    announced.status = RouterStatus::kReady;
+  }
+  parts_.routers.addOrRefresh(announced);
+}
+
+// The selected entry, if what it is installed with may be changed.
+RouterRecord* Workflow::editableEntry() {
+  RouterRecord* entry = parts_.routers.selected();
+  return entry && !isUnderWay(*entry) ? entry : nullptr;
+}
+
+// What was typed belongs to the entry that is shown.
+void Workflow::storeFieldsShown() {
+  RouterRecord* entry = editableEntry();
+  if (entry && display_.shows(entry->mac)) storeFields(parts_.view.fields(), *entry);
+}
+
+void Workflow::selectionChanging() {
+  storeFieldsShown();
+}
+
+void Workflow::selectionChanged() {
+  display_.load();
+}
+
+void Workflow::parametersClicked() {
+  if (!editableEntry()) return;
+  storeFieldsShown();
+  display_.load();
+}
+
+void Workflow::chooseScript() {
+  const auto path = parts_.person.chooseScript();
+  if (!path) return;
+  traceLine("selected: " + *path);
+  ParameterFields fields = parts_.view.fields();
+  fields.scriptFile = *path;
+  parts_.view.showFields(fields);
+  storeFieldsShown();
+}
+
+void Workflow::togglePackage(int row) {
+  if (row < 0 || row >= parts_.catalogue.count()) return;
+  if (RouterRecord* entry = editableEntry()) {
+    PackageMarks marks = marksOf(parts_.catalogue, entry->packages);
+    marks[static_cast<std::size_t>(row)].flip();
+    entry->packages = choiceOf(parts_.catalogue, marks, entry->packages);
+    display_.loadMarks();
+  }
+  describe(row);
+}
+
+void Workflow::describePackage() {
+  describe(parts_.view.packageAtMark());
+}
+
+void Workflow::describe(int row) {
+  if (row < 0 || row >= parts_.catalogue.count()) return;
+  parts_.statusBar.show(parts_.catalogue.dependencyText(row));
+}
+
+void Workflow::selectPackages(bool all) {
+  RouterRecord* entry = editableEntry();
+  if (!entry) return;
+  const PackageMarks marks(parts_.catalogue.records().size(), all);
+  entry->packages = choiceOf(parts_.catalogue, marks, entry->packages);
+  display_.loadMarks();
+}
+
+void Workflow::browse() {
+  if (const auto folder = parts_.person.chooseFolder(parts_.catalogue.folder())) {
+    openFolder(*folder);
+  }
+}
+
+void Workflow::folderEntered() {
+  openFolder(parts_.view.folder());
+}
+
+void Workflow::openFolder(const std::string& folder) {
+  parts_.catalogue.scan(folder);
+  parts_.view.showFolder(folder);
+  display_.loadMarks();
+}
+
+}  // namespace omniset

@@ -1,0 +1,103 @@
+// Installing, rebooting and cancelling.
+#include <exception>
+#include <stdexcept>
+
+#include "core/trace.h"
+#include "ui/workflow/workflow.h"
+
+namespace omniset {
+
+void Workflow::install() {
+  const RouterRecord* entry = parts_.routers.selected();
+  if (!entry) return;
+  if (entry->status == RouterStatus::kReady) {
+    startInstallation();
+  } else if (entry->status == RouterStatus::kWaitingReboot) {
+    requestReboot(entry->mac);
+  }
+}
+
+// The request becomes the entry's own only when the operator has agreed to it. Meanwhile the timer
+// goes on: the entry may have gone, or have been replaced.
+void Workflow::startInstallation() {
+  RouterRecord request = *parts_.routers.selected();
+  const PackageMarks marks = marksOf(parts_.catalogue, request.packages);
+  if (countOf(marks) == 0) {
+    parts_.person.tell("Cannot install", "No packages selected", Operator::Icon::kError);
+    return;
+  }
+  storeFields(parts_.view.fields(), request);
+  if (!confirmed(request)) return;
+  RouterRecord* entry = parts_.routers.find(request.mac);
+  if (!entry || entry->status != RouterStatus::kReady) return;
+  storeFields(parts_.view.fields(), *entry);
+  entry->packages = choiceOf(parts_.catalogue, marks, request.packages);
+  entry->packageFiles = filesOf(parts_.catalogue, marks);
+  entry->packageBytes = bytesOf(parts_.catalogue, entry->packageFiles);
+  rememberInstallation(*entry, choiceOf(parts_.catalogue, marks, {}));
+  handToInstaller(*entry);
+  display_.load();
+}
+
+bool Workflow::confirmed(const RouterRecord& request) {
+  for (const std::string& warning : warningsOf(request)) {
+    if (!parts_.person.ask("Warning", warning)) return false;
+  }
+  return true;
+}
+
+void Workflow::rememberInstallation(const RouterRecord& entry,
+                                    const std::vector<std::string>& packages) {
+  defaults_.remember(entry);
+  if (parts_.sets.replace(kPreviousInstall, packages)) parts_.view.addSet(kPreviousInstall);
+}
+
+// What keeps a session from being made belongs to the entry.
+void Workflow::handToInstaller(const RouterRecord& entry) {
+  RouterRecord request = entry;
+  if (!request.useOwnScript) request.scriptPath.clear();
+  whenInstallerIsFree([&](RouterInstaller::Access& access) {
+    try {
+      access.install(request, parts_.catalogue.folder());
+      if (const RouterRecord* session = access.record(request.mac)) request = *session;
+    } catch (const std::exception& failure) {
+      request.status = RouterStatus::kFailed;
+      request.statusText = std::string("Installation failed: ") + failure.what();
+    }
+    parts_.routers.updateStatus(request.mac, request);
+  });
+}
+
+void Workflow::requestReboot(MacAddress mac) {
+  whenInstallerIsFree([&](RouterInstaller::Access& access) { access.requestReboot(mac); });
+}
+
+void Workflow::cancel() {
+  const RouterRecord* entry = parts_.routers.selected();
+  if (!entry || !isUnderWay(*entry)) return;
+  const MacAddress mac = entry->mac;
+  whenInstallerIsFree([&](RouterInstaller::Access& access) {
+    access.cancel(mac);
+    parts_.routers.release(mac);
+  });
+  display_.load();
+}
+
+// A lock that the installer's thread holds for long, because a disk is slow, is no reason to end
+// the program and with it all installations.
+void Workflow::whenInstallerIsFree(const std::function<void(RouterInstaller::Access&)>& action) {
+  std::optional<RouterInstaller::Access> access;
+  try {
+    access.emplace(parts_.installer.access());
+  } catch (const std::runtime_error& busy) {
+    traceLine(std::string("the installer is busy: ") + busy.what());
+  }
+  if (access) {
+    action(*access);
+  } else {
+    parts_.person.tell("Error", "The installer is busy, for instance with a slow disk. Try again.",
+                       Operator::Icon::kError);
+  }
+}
+
+}  // namespace omniset

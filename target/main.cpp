@@ -61,6 +61,11 @@ MacAddress addressOf(MacAddress mac, int index) {
   return mac;
 }
 
+// Several targets are numbered, so that an operator can tell them apart.
+std::string labelOf(const Options& options, int index) {
+  return options.count == 1 ? options.label : options.label + " " + std::to_string(index + 1);
+}
+
 std::string folderOf(const Options& options, const MacAddress& mac) {
   if (options.count == 1) return options.store;
   std::string name = mac.text();
@@ -103,7 +108,7 @@ bool runTargets(const Options& options) {
     const MacAddress mac = addressOf(interface.mac, i);
     stores.push_back(std::make_unique<FolderStore>(folderOf(options, mac)));
     stores.back()->claim();
-    host.add({mac, options.label, describeMachine(), "folder " + stores.back()->path()},
+    host.add({mac, labelOf(options, i), describeMachine(), "folder " + stores.back()->path()},
              *stores.back(), console);
     console.say(mac, "Announcing on " + interface.name + ".");
   }
@@ -113,7 +118,8 @@ bool runTargets(const Options& options) {
 void addOptions(CLI::App& app, Options& options) {
   app.add_option("--interface", options.interface,
                  "Network interface (default: the first that is up)");
-  app.add_option("--label", options.label, "Label shown in the installer's router list")
+  app.add_option("--label", options.label,
+                 "Label shown in the installer's router list; numbered with --count")
       ->check([](const std::string& label) {
         const bool good = label.size() <= 200 && label.find('\n') == std::string::npos;
         return good ? std::string() : std::string("a label is one line of at most 200 characters");

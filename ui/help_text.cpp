@@ -38,7 +38,9 @@ Installation:
 2. Press "Browse..." and choose the folder with the packages. They must be unpacked: the folder holds ".bdl" files.
 3. Tick the packages to install. "system" is required. Packages that others depend on are marked automatically.
 4. Enter the IP address that the router is to have at first, its default gateway and the baud rate of its console. Or tick "Keep old configuration", and the router keeps the one it has.
-5. Press "Install".
+5. Press "Install". The status in the list and the bar below it show how far it is. "Cancel" ends it.
+6. When the status is "Waiting reboot", remove the floppy from the target computer and press "Reboot". The router is ready when the status is "OK".
+If the status is "Failed", the line below the list says why. Boot the target computer again, and it can be installed again.
 )";
 
 }  // namespace

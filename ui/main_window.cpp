@@ -23,8 +23,8 @@ struct Column {
 void setUpColumns(ListView list, std::initializer_list<Column> columns) {
   RECT client{};
   GetClientRect(list.handle(), &client);
-  // Room for the bar that appears when there are more rows than fit.
-  const int width = client.right - GetSystemMetrics(SM_CXVSCROLL);
+  // Room for the bar that appears when there are more rows than fit, and its frame.
+  const int width = client.right - GetSystemMetrics(SM_CXVSCROLL) - 2 * GetSystemMetrics(SM_CXEDGE);
   int index = 0;
   for (const Column& column : columns) {
     list.addColumn(index++, column.title, MulDiv(width, column.percent, 100));
@@ -73,7 +73,6 @@ Omniset::Omniset()
   setUpLists();
   readSettings();
   ShowWindow(handle(), SW_SHOW);
-  SetForegroundWindow(handle());
 }
 
 Omniset::~Omniset() {

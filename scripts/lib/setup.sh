@@ -9,7 +9,7 @@ NATIVE_PACKAGES=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-de
   nlohmann-json3-dev)
 NETWORK_PACKAGES=(iproute2)
 WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest wine wine64)
-SCREEN_PACKAGES=(xvfb xauth imagemagick fonts-wine fonts-liberation)
+SCREEN_PACKAGES=(xvfb xauth openbox imagemagick fonts-wine fonts-liberation)
 CHECK_PACKAGES=(git clang-format)
 FUZZ_PACKAGES=(clang libclang-rt-14-dev)
 }

@@ -101,9 +101,10 @@ wine_screen_prefix() {
   wine_display=$DISPLAY
 }
 
-# Without a window manager: Wine itself draws the captions and moves the focus.
+# Without a window manager Wine itself draws the captions and moves the focus.
 wine_screen_settings() {
-  local dpi=$1
+  local dpi=$1 managed=N
+  if [ -n "${xvfb_manager_pid:-}" ]; then managed=Y; fi
   cat <<SETTINGS
 REGEDIT4
 
@@ -111,8 +112,8 @@ REGEDIT4
 "Graphics"="x11"
 
 [HKEY_CURRENT_USER\\Software\\Wine\\X11 Driver]
-"Managed"="N"
-"Decorated"="N"
+"Managed"="$managed"
+"Decorated"="$managed"
 
 [HKEY_CURRENT_USER\\Control Panel\\Desktop]
 "LogPixels"=dword:$(printf '%08x' "$dpi")

@@ -1,15 +1,18 @@
 # shellcheck shell=bash
 # A screen that nobody looks at, for programs that need one. To be sourced by bash scripts.
 #
-# Debian packages needed: xvfb imagemagick (and fonts-wine fonts-liberation for Wine's dialogs).
+# Debian packages needed: xvfb imagemagick (and fonts-wine fonts-liberation for Wine's dialogs), for
+# a window manager openbox.
 #
 #   xvfb_start [WIDTHxHEIGHT]   starts an X server of our own on a free display and sets DISPLAY
+#   xvfb_manage                 starts a window manager there, for windows as people see them
 #   xvfb_picture FILE           writes what the screen shows now as a picture
 #   xvfb_stop                   ends that server and nothing else; fit for a trap, at any moment
 #
 # The server is reached through a socket file, so also from other network namespaces.
 
 xvfb_pid=
+xvfb_manager_pid=
 
 xvfb_start() {
   local size=${1:-1280x1024} number tries
@@ -34,12 +37,21 @@ xvfb_start() {
   return 1
 }
 
+xvfb_manage() {
+  openbox --sm-disable >/dev/null 2>&1 </dev/null &
+  xvfb_manager_pid=$!
+}
+
 xvfb_picture() {
   import -window root "$1"
 }
 
 xvfb_stop() {
   [ -n "$xvfb_pid" ] || return 0
+  if [ -n "$xvfb_manager_pid" ]; then
+    kill "$xvfb_manager_pid" 2>/dev/null && wait "$xvfb_manager_pid" 2>/dev/null
+    xvfb_manager_pid=
+  fi
   kill "$xvfb_pid" 2>/dev/null && wait "$xvfb_pid" 2>/dev/null
   xvfb_pid=
   unset DISPLAY

@@ -2,7 +2,9 @@
 # Where the window is driven: a screen of its own, Wine in one network namespace, targets in another.
 # To be sourced by bash scripts that run as root.
 #
-#   stage_open [DPI]                 makes all of it; 96 dots to the inch unless told otherwise
+#   stage_open [WIDTHxHEIGHT [DPI [managed]]]
+#                                    makes all of it; 96 dots to the inch unless told otherwise, and
+#                                    with `managed` a window manager
 #   stage_run EXE [ARGUMENT...]      runs a driver program and does what it asks of this side
 #                                    (host.sh); what it prints goes to the standard output at its end
 #   stage_close                      takes all of it away; also done when the script ends
@@ -42,8 +44,9 @@ windows_path() {
 
 stage_open() {
   netns_make $MAC_INSTALLER $MAC_TARGET || die "The network namespaces could not be made."
-  xvfb_start 1280x1024 || exit 1
-  wine_screen_prefix "$stage_prefix" "$netns1" "${1:-96}" || exit 1
+  xvfb_start "${1:-1280x1024}" || exit 1
+  if [ "${3:-}" = managed ]; then xvfb_manage; fi
+  wine_screen_prefix "$stage_prefix" "$netns1" "${2:-96}" || exit 1
 }
 
 stage_run() {

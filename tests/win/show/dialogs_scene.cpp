@@ -86,8 +86,9 @@ void showSecondInstance(Stage& stage) {
 
 void showDialogs(Stage& stage) {
   clearSettings();
-  writePackages(stage.path("packages"), samplePackages());
-  storeText("Package Path", stage.path("packages"));
+  const std::string folder = "C:\\Kestrix packages\\small";
+  writePackages(folder, samplePackages());
+  storeText("Package Path", folder);
   stage.open();
   stage.startTarget("three", {"--label", "rack 3"});
   stage.awaitStatus("rack 3", "Ready");

@@ -8,6 +8,7 @@ namespace omniset::test {
 
 namespace {
 
+constexpr DWORD kPaintingMs = 400;
 constexpr Milliseconds kInstallationLimit{60'000};
 
 std::string required(const char* variable) {
@@ -27,7 +28,6 @@ WindowUnderTest& Stage::open() {
   window_.reset();
   const std::string trace = path("trace-" + std::to_string(++starts_) + ".txt");
   window_ = std::make_unique<WindowUnderTest>(program_, trace);
-  SetForegroundWindow(window_->handle());
   return *window_;
 }
 
@@ -63,8 +63,10 @@ void Stage::pressInstall(const std::string& as) {
   window().click(IDC_INSTALL);
 }
 
+// Nobody tells when everything has been painted.
 void Stage::picture(const std::string& name) {
   window().settle();
+  Sleep(kPaintingMs);
   host_.request({"picture", name});
 }
 

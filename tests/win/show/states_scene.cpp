@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::size_t kLargePayload = 30'000'000;
 constexpr int kTallerBy = 220;
+// As an operator's own folder would be called.
+constexpr char kFolder[] = "C:\\Kestrix packages";
 
 // One is so large that its transfer lasts until a picture is taken, and one lacks what it needs.
 std::vector<BdlPackage> shownPackages() {
@@ -57,10 +59,27 @@ void showFailure(Stage& stage) {
   stage.picture("failed");
 }
 
-void showTallWindow(Stage& stage) {
+void makeTaller(Stage& stage, int pixels) {
   const RECT place = stage.window().rectangle();
   SetWindowPos(stage.window().handle(), nullptr, 0, 0, place.right - place.left,
-               place.bottom - place.top + kTallerBy, SWP_NOMOVE | SWP_NOZORDER);
+               place.bottom - place.top + pixels, SWP_NOMOVE | SWP_NOZORDER);
+}
+
+// All but one are being installed.
+void showSeveral(Stage& stage) {
+  stage.startTarget("several", {"--label", "shelf", "--count", "5"});
+  DrivenList& routers = stage.window().routers();
+  routers.awaitCount(5);
+  for (int row = 1; row < routers.count(); ++row) {
+    stage.window().selectRouter(row);
+    stage.pressInstall("Install");
+    stage.window().settle();
+  }
+  waitUntil("a part of the package has been sent",
+            [&] { return stage.window().progress(IDC_PROGRESS) >= 10; });
+  stage.freezeTarget("several");
+  stage.picture("several");
+  makeTaller(stage, kTallerBy);
   stage.picture("taller");
 }
 
@@ -72,17 +91,21 @@ void showStates(Stage& stage) {
   stage.picture("empty");
   stage.close();
 
-  writePackages(stage.path("packages"), shownPackages());
-  storeText("Package Path", stage.path("packages"));
+  writePackages(kFolder, shownPackages());
+  storeText("Package Path", kFolder);
   stage.open();
   stage.startTarget("one", {"--label", "rack 1"});
   stage.awaitStatus("rack 1", "Ready");
   prepareReadyRouter(stage);
   showInstallation(stage);
+  showSeveral(stage);
+  stage.close();
+  stage.stopTargets();
+
+  stage.open();
   stage.startTarget("two", {"--label", "rack 2"});
   stage.awaitStatus("rack 2", "Ready");
   showFailure(stage);
-  showTallWindow(stage);
   stage.stopTargets();
   stage.close();
 }

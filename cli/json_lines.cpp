@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "cli/status_name.h"
+#include "install/status_name.h"
 #include "packages/version_text.h"
 
 namespace omniset {

@@ -1,6 +1,6 @@
 #include "cli/progress_display.h"
 
-#include "cli/status_name.h"
+#include "install/status_name.h"
 #include "core/shown_text.h"
 
 namespace omniset {

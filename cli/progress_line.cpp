@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-#include "cli/status_name.h"
+#include "install/status_name.h"
 #include "core/format_text.h"
 #include "core/shown_text.h"
 

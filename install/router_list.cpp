@@ -2,28 +2,14 @@
 
 #include <algorithm>
 
+#include "install/status_name.h"
+
 namespace omniset {
 
 namespace {
 
 constexpr Micros kJustSeen = 10 * kMillisecond;
 constexpr Micros kSilentTooLong = 60 * kSecond;
-
-const char* statusText(RouterStatus status) {
-  switch (status) {
-    case RouterStatus::kReady:
-      return "Ready";
-    case RouterStatus::kFinished:
-      return "OK";
-    case RouterStatus::kFailed:
-      return "Failed";
-    case RouterStatus::kInstalling:
-      return "Installing";
-    case RouterStatus::kWaitingReboot:
-      return "Waiting reboot";
-  }
-  return "";
-}
 
 std::string mediaText(const RouterRecord& record) {
   if (record.kind != kLocalDrive) return record.mac.text();
@@ -59,7 +45,7 @@ void RouterList::addOrRefresh(const RouterRecord& record) {
 void RouterList::append(const RouterRecord& record) {
   records_[record.mac] = record;
   order_.push_back(record.mac);
-  rows_.append({record.label, mediaText(record), statusText(record.status)}, imageOf(record));
+  rows_.append({record.label, mediaText(record), statusName(record.status)}, imageOf(record));
 }
 
 void RouterList::updateStatus(const MacAddress& mac, const RouterRecord& session) {
@@ -121,7 +107,7 @@ int RouterList::rowOf(const MacAddress& mac) const {
 }
 
 void RouterList::showStatus(const RouterRecord& record) {
-  rows_.setText(rowOf(record.mac), kStatusColumn, statusText(record.status));
+  rows_.setText(rowOf(record.mac), kStatusColumn, statusName(record.status));
 }
 
 }  // namespace omniset

@@ -9,6 +9,7 @@
 #include "core/format_text.h"
 #include "core/trace.h"
 #include "packages/folder_listing.h"
+#include "ui/toolkit/deferred_exception.h"
 
 namespace omniset {
 
@@ -33,8 +34,7 @@ void showCount(HWND browser, const ITEMIDLIST* selection) {
   SendMessageA(browser, BFFM_SETSTATUSTEXTA, 0, reinterpret_cast<LPARAM>(text.c_str()));
 }
 
-// `present` is the folder to begin with, a std::string.
-int CALLBACK followBrowser(HWND browser, UINT message, LPARAM selection, LPARAM present) {
+void follow(HWND browser, UINT message, LPARAM selection, LPARAM present) {
   if (message == BFFM_INITIALIZED) {
     const auto& path = *reinterpret_cast<const std::string*>(present);
     SendMessageA(browser, BFFM_SETSELECTIONA, TRUE, reinterpret_cast<LPARAM>(path.c_str()));
@@ -42,6 +42,15 @@ int CALLBACK followBrowser(HWND browser, UINT message, LPARAM selection, LPARAM 
   }
   if (message == BFFM_SELCHANGED) {
     showCount(browser, reinterpret_cast<const ITEMIDLIST*>(selection));
+  }
+}
+
+// `present` is the folder to begin with, a std::string.
+int CALLBACK followBrowser(HWND browser, UINT message, LPARAM selection, LPARAM present) {
+  try {
+    follow(browser, message, selection, present);
+  } catch (...) {
+    deferException(std::current_exception());
   }
   return 0;
 }

@@ -14,6 +14,19 @@ constexpr std::array<int, 7> kBelowRouters = {IDC_STATUS_LINE, IDC_PROGRESS,  ID
                                               IDC_NET_BOOTING, IDC_SHOW_HELP, IDC_INSTALL,
                                               IDC_CANCEL};
 
+// In dots to the inch. Systems that know a resolution for each window tell it by a function that
+// others lack.
+int resolutionOf(HWND window) {
+  using Function = UINT(WINAPI*)(HWND);
+  const FARPROC found = GetProcAddress(GetModuleHandleA("user32.dll"), "GetDpiForWindow");
+  if (found)
+    return static_cast<int>(reinterpret_cast<Function>(reinterpret_cast<void*>(found))(window));
+  const HDC screen = GetDC(nullptr);
+  const int resolution = GetDeviceCaps(screen, LOGPIXELSY);
+  ReleaseDC(nullptr, screen);
+  return resolution;
+}
+
 RECT placeIn(HWND dialog, HWND control) {
   RECT place{};
   GetWindowRect(control, &place);
@@ -27,14 +40,8 @@ bool isBelowRouters(int id) {
 
 }  // namespace
 
-int MainLayout::baseUnit() const {
-  RECT unit{0, 0, 400, 800};
-  MapDialogRect(dialog_, &unit);
-  return std::max<int>(1, unit.bottom);
-}
-
 int MainLayout::scaled(int length) const {
-  return MulDiv(length, baseUnit(), unit_);
+  return MulDiv(length, resolution_, capturedResolution_);
 }
 
 MainLayout::Item MainLayout::itemOf(HWND dialog, HWND control, const RECT& packagesGroup) {
@@ -49,7 +56,7 @@ MainLayout::Item MainLayout::itemOf(HWND dialog, HWND control, const RECT& packa
 
 void MainLayout::capture(HWND dialog) {
   dialog_ = dialog;
-  unit_ = baseUnit();
+  capturedResolution_ = resolution_ = resolutionOf(dialog);
   RECT window{};
   GetWindowRect(dialog, &window);
   window_ = {window.right - window.left, window.bottom - window.top};

@@ -12,6 +12,9 @@ class MainLayout {
  public:
   // Takes the controls as the template has placed them.
   void capture(HWND dialog);
+  // The window has moved to a screen with so many dots to the inch; the system itself enlarges the
+  // controls.
+  void setResolution(int resolution) { resolution_ = resolution; }
   // Places them for the window's present size.
   void apply() const;
   // Keeps the window's width, and its height from becoming less than it was at creation.
@@ -28,15 +31,14 @@ class MainLayout {
   };
 
   static Item itemOf(HWND dialog, HWND control, const RECT& packagesGroup);
-  // The present size of the dialog's units beside that at creation, which the screen's resolution
-  // decides, as a fraction.
+  // A length at creation, at the present resolution.
   int scaled(int length) const;
-  int baseUnit() const;
 
   HWND dialog_ = nullptr;
   SIZE window_{};
   int clientHeight_ = 0;
-  int unit_ = 1;
+  int capturedResolution_ = 1;
+  int resolution_ = 1;
   std::vector<Item> items_;
 };
 

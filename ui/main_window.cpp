@@ -3,6 +3,7 @@
 #include <array>
 #include <exception>
 
+#include "core/error.h"
 #include "core/trace.h"
 #include "resources/resource_ids.h"
 #include "ui/message_loop.h"
@@ -35,13 +36,18 @@ ScreenSize presentScreen() {
   return {GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
 }
 
-// Of a minimized window, the place to which it returns.
+// Of a minimized window, the place to which it returns; that is told without the bars at the edges
+// of the screen.
 RECT windowPlace(HWND window) {
-  WINDOWPLACEMENT placement{};
-  placement.length = sizeof placement;
-  if (IsIconic(window) && GetWindowPlacement(window, &placement)) return placement.rcNormalPosition;
   RECT place{};
   GetWindowRect(window, &place);
+  WINDOWPLACEMENT placement{};
+  placement.length = sizeof placement;
+  if (!IsIconic(window) || !GetWindowPlacement(window, &placement)) return place;
+  RECT work{};
+  SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
+  place = placement.rcNormalPosition;
+  OffsetRect(&place, work.left, work.top);
   return place;
 }
 
@@ -63,7 +69,7 @@ Omniset::Omniset()
       packageImages_{IDI_PACKAGE, IDI_PACKAGE, IDI_PACKAGE, IDI_UNMET_DEPENDENCY} {
   createDialog();
   service_ = std::make_unique<InstallerService>(clock_);
-  SetTimer(handle(), kPollTimer, kPollMs, nullptr);
+  if (!SetTimer(handle(), kPollTimer, kPollMs, nullptr)) throw Error("SetTimer");
   statusBar_.create(handle());
   bound_ = std::make_unique<Bound>(*this, service_->installer());
   bound_->view.prepare();
@@ -91,6 +97,7 @@ int Omniset::runMessageLoop() {
 void Omniset::shutDown() {
   shutDown_ = true;
   writeSettings();
+  ShowWindow(handle(), SW_HIDE);
   service_.reset();
 }
 

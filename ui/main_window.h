@@ -67,10 +67,8 @@ class Omniset : public Dialog, public Desktop {
   void packageClicked(const NMHDR& notification);
   void packageKey(const NMHDR& notification);
   void timerTick();
-  void tellInstallerEnd();
   void closeRequested();
   void sized();
-  void resolutionChanged(const RECT& place);
 
   SystemClock clock_;
   UserRegistry registry_;
@@ -85,8 +83,14 @@ class Omniset : public Dialog, public Desktop {
   WindowOperator operator_{*this};
   std::unique_ptr<InstallerService> service_;
   std::unique_ptr<Bound> bound_;
-  bool installerEndTold_ = false;
   bool shutDown_ = false;
+
+  // The last member: the native window goes first, while everything that its messages reach is
+  // still there.
+  struct NativeWindow {
+    Omniset& window;
+    ~NativeWindow() { window.destroy(); }
+  } nativeWindow_{*this};
 };
 
 }  // namespace omniset

@@ -50,8 +50,8 @@ INT_PTR Omniset::dialogProcedure(UINT message, WPARAM wParam, LPARAM lParam) {
       sized();
       return TRUE;
     case kResolutionChanged:
-      resolutionChanged(*reinterpret_cast<const RECT*>(lParam));
-      return FALSE;
+      layout_.setResolution(HIWORD(wParam));
+      return FALSE;  // the system enlarges the dialog and what is in it
     case WM_ENDSESSION:
       if (wParam) writeSettings();
       return TRUE;
@@ -177,7 +177,7 @@ INT_PTR Omniset::packagesNotified(const NMHDR& notification) {
 
 void Omniset::packageClicked(const NMHDR& notification) {
   const POINT place = reinterpret_cast<const NMITEMACTIVATE&>(notification).ptAction;
-  bound_->workflow.togglePackage(ListView(notification.hwndFrom).rowAt(place).row);
+  bound_->workflow.togglePackage(ListView(notification.hwndFrom).rowAt(place));
 }
 
 void Omniset::packageKey(const NMHDR& notification) {
@@ -188,17 +188,8 @@ void Omniset::packageKey(const NMHDR& notification) {
 
 void Omniset::timerTick() {
   bound_->workflow.poll();
-  if (service_->hasEnded() && !installerEndTold_) tellInstallerEnd();
-}
-
-// Once: the timer goes on while the message is open.
-void Omniset::tellInstallerEnd() {
-  installerEndTold_ = true;
-  operator_.tell(
-      "Error",
-      "The network failed, and with it all installations. Check the network adapter, then "
-      "close this program and start it again.",
-      Operator::Icon::kError);
+  bound_->view.keepFocus();
+  if (service_->hasEnded()) bound_->workflow.installerEnded();
 }
 
 void Omniset::closeRequested() {
@@ -211,12 +202,6 @@ void Omniset::sized() {
   if (IsIconic(handle())) return;
   statusBar_.followParent();
   layout_.apply();
-}
-
-// The system itself enlarges the dialog and what is in it; this is for systems that only tell.
-void Omniset::resolutionChanged(const RECT& place) {
-  SetWindowPos(handle(), nullptr, place.left, place.top, place.right - place.left,
-               place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 }  // namespace omniset

@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include <utility>
-
 #include "core/os_error.h"
 #include "ui/registry_keys.h"
 

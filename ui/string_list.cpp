@@ -1,5 +1,7 @@
 #include "ui/string_list.h"
 
+#include <algorithm>
+
 #include <string_view>
 
 #include "core/byte_cursor.h"

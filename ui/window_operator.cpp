@@ -12,7 +12,7 @@ void WindowOperator::tell(const char* caption, const std::string& text, Icon ico
 }
 
 bool WindowOperator::ask(const char* caption, const std::string& text) {
-  return MessageBoxA(dialog_.handle(), text.c_str(), caption, MB_YESNO | MB_ICONWARNING) == IDYES;
+  return MessageBoxA(dialog_.handle(), text.c_str(), caption, MB_YESNO) == IDYES;
 }
 
 std::optional<std::string> WindowOperator::nameSet(const std::string& proposal) {

@@ -67,7 +67,6 @@ void WindowView::showControls(const ControlStates& states) {
   keepFocus();
 }
 
-// A control that was disabled while it had the keyboard would keep it, deaf.
 void WindowView::keepFocus() {
   const HWND focus = GetFocus();
   if (!focus || IsWindowEnabled(focus)) return;

@@ -19,6 +19,10 @@ class WindowView : public MainView {
   // Fills the list of speeds and sets the progress bar's range.
   void prepare();
 
+  // A control that was disabled while it had the keyboard would keep it, deaf. To be called now and
+  // then, because a program in the background does not see where its keyboard will be.
+  void keepFocus();
+
   ParameterFields fields() const override;
   void showFields(const ParameterFields& fields) override;
   void showControls(const ControlStates& states) override;
@@ -37,7 +41,6 @@ class WindowView : public MainView {
 
  private:
   void showField(int id, FieldState state);
-  void keepFocus();
 
   Dialog& dialog_;
   PackageRowsView& packageRows_;

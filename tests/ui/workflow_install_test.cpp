@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <atomic>
+#include <thread>
+
 #include "workflow_fixture.h"
 
 namespace omniset::test {
@@ -126,6 +130,51 @@ TEST_F(WorkflowInstall, EntryThatVanishesDuringAQuestionIsNotInstalled) {
   EXPECT_EQ(nullptr, installer.access().record(routerMac(1)));
 }
 
+// The question was about these parameters, whatever is selected when it is answered.
+TEST_F(WorkflowInstall, WhatWasConfirmedIsInstalledEvenIfTheRowWasReplacedMeanwhile) {
+  PlayedTarget& target = selectedTarget();
+  toggle("system");
+  view.typed.address = "10.0.0.1";
+  person.whileAsked = [&] {
+    clock.advance(61 * kSecond);
+    workflow.poll();
+    target.announce();
+    turn();
+  };
+  workflow.install();
+  const auto access = installer.access();
+  const RouterRecord* session = access.record(routerMac(1));
+  ASSERT_NE(nullptr, session);
+  EXPECT_EQ("10.0.0.1", fieldsOf(*session).address);
+  EXPECT_EQ(std::vector<std::string>{"system.bdl"}, session->packageFiles);
+}
+
+TEST_F(WorkflowInstall, FolderThatIsLoadedAnewDuringAQuestionDoesNotChangeWhatIsInstalled) {
+  selectTargetWithSystem();
+  view.typed.address = "10.0.0.1";
+  const TempFolder other;
+  other.write("other.bdl", buildBdl({.name = "other", .description = "Another"}));
+  person.whileAsked = [&] { workflow.openFolder(other.path()); };
+  workflow.install();
+  EXPECT_EQ(std::vector<std::string>{"system.bdl"}, entry().packageFiles);
+  ASSERT_TRUE(turnUntil(RouterStatus::kWaitingReboot));
+}
+
+// Between a selection's change and the refresh that was posted for it.
+TEST_F(WorkflowInstall, FieldsOfAnotherEntryAreNotTakenForTheSelectedOne) {
+  announcedTarget(1);
+  announcedTarget(2);
+  select(0);
+  view.typed.address = "10.0.0.1";
+  view.typed.netmask = "24";
+  workflow.selectionChanging();
+  rows.select(1);
+  workflow.selectAllPackages();
+  workflow.install();
+  EXPECT_EQ(0u, routers.find(routerMac(2))->address);
+  EXPECT_EQ("Installing", statusOf(1));
+}
+
 TEST_F(WorkflowInstall, FilesGoInTheOrderOfTheirDependencies) {
   selectedTarget();
   toggle("routing");
@@ -164,7 +213,9 @@ TEST_F(WorkflowInstall, PreviousInstallIsReplacedAndListedOnce) {
   select(1);
   toggle("routing");
   workflow.install();
-  EXPECT_EQ((std::vector<std::string>{"system", "routing"}).size(), set(kPreviousInstall).size());
+  auto names = set(kPreviousInstall);
+  std::sort(names.begin(), names.end());
+  EXPECT_EQ((std::vector<std::string>{"routing", "system"}), names);
   EXPECT_EQ(std::vector<std::string>{kPreviousInstall}, view.sets);
 }
 
@@ -286,6 +337,61 @@ TEST_F(WorkflowInstall, AnnouncementInFlightKeepsTheRequestThatIsInstalled) {
   EXPECT_EQ("Installing", statusOf(1));
   EXPECT_EQ("10.0.0.1", fieldsOf(entry()).address);
   EXPECT_EQ(std::vector<std::string>{"system.bdl"}, entry().packageFiles);
+}
+
+// The target was never offered anything: it goes on announcing itself while the operator corrects
+// what was missing on this side.
+TEST_F(WorkflowInstall, CorrectionsOfAFailedRouterThatStillAnnouncesItselfStay) {
+  PlayedTarget& target = selectedTarget();
+  target.obeys = PlayedTarget::Obeys::kNothing;
+  toggle("system");
+  view.typed.useScript = true;
+  view.typed.scriptFile = "missing.rsc";
+  workflow.install();
+  ASSERT_EQ("Failed", statusOf(0));
+  view.typed.address = "10.0.0.";
+  view.typed.scriptFile = "corrected.rsc";
+  for (int second = 0; second < 8; ++second) {
+    clock.advance(kSecond);
+    target.announce();
+    turn();
+    rows.select(0);
+    workflow.selectionChanged();
+  }
+  EXPECT_EQ("Ready", statusOf(0));
+  EXPECT_EQ("corrected.rsc", view.typed.scriptFile);
+  EXPECT_EQ("10.0.0.", view.typed.address);
+  EXPECT_EQ("Installation failed: Could not open script", view.statusLine);
+  EXPECT_TRUE(view.controls.install);
+}
+
+TEST_F(WorkflowInstall, BusyInstallerCostsATickOnly) {
+  selectedTarget();
+  std::atomic<bool> held = false;
+  std::atomic<bool> done = false;
+  std::thread installerThread([&] {
+    const auto access = installer.access();
+    held = true;
+    while (!done) std::this_thread::yield();
+  });
+  while (!held) std::this_thread::yield();
+  clock.advance(61 * kSecond);
+  workflow.poll();
+  done = true;
+  installerThread.join();
+  EXPECT_EQ(1u, routers.count());
+  EXPECT_TRUE(trace.contains("the installer is busy: Mutex wait timeouted"));
+}
+
+TEST_F(WorkflowInstall, EndOfTheInstallerIsToldOnceAndWhenSomethingIsToBeInstalled) {
+  selectTargetWithSystem();
+  workflow.installerEnded();
+  workflow.installerEnded();
+  ASSERT_EQ(1u, person.said.size());
+  EXPECT_TRUE(person.said[0].starts_with("Error: The network failed")) << person.said[0];
+  workflow.install();
+  EXPECT_EQ(2u, person.said.size());
+  EXPECT_EQ("Ready", statusOf(0));
 }
 
 TEST_F(WorkflowInstall, SystemFailureOfOneRouterStaysWithIt) {

@@ -1,3 +1,4 @@
+#include "core/error.h"
 #include "ui/registry.h"
 #include "workflow_fixture.h"
 
@@ -154,6 +155,22 @@ TEST_F(WorkflowSets, DeletedSetIsGoneFromTheStoreAtOnce) {
   EXPECT_FALSE(view.controls.deleteSet);
   EXPECT_TRUE(view.controls.saveSet);
   EXPECT_TRUE(person.said.empty());
+}
+
+// By then the line has gone from the list, but the set is still there: it is stored at the end.
+TEST_F(WorkflowSets, StoreThatCannotBeOpenedRaisesAndKeepsTheSet) {
+  sets.add("edge", {"routing"});
+  view.addSet("edge");
+  view.chosen = "edge";
+  registry.failing = {std::string("open ") + kPackageSetsKey};
+  try {
+    workflow.deleteSet();
+    FAIL() << "nothing was raised";
+  } catch (const Error& failure) {
+    EXPECT_TRUE(std::string(failure.what()).starts_with("RegCreateKeyEx: ")) << failure.what();
+  }
+  EXPECT_TRUE(view.sets.empty());
+  EXPECT_NE(nullptr, sets.find("edge"));
 }
 
 TEST_F(WorkflowSets, WithoutAChoiceNothingIsDeleted) {

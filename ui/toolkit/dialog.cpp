@@ -63,12 +63,7 @@ INT_PTR CALLBACK Dialog::procedure(HWND handle, UINT message, WPARAM word, LPARA
   } catch (...) {
     deferException(std::current_exception());
   }
-  // The last message. The object may have ended its window, or itself, meanwhile: then it is
-  // unbound.
-  if (message == WM_NCDESTROY && GetWindowLongPtrA(handle, GWLP_USERDATA) != 0) {
-    self->handle_ = nullptr;
-    SetWindowLongPtrA(handle, GWLP_USERDATA, 0);
-  }
+  unbindAfter(message, handle, *self);
   return result;
 }
 

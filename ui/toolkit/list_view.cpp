@@ -37,10 +37,6 @@ void ListView::addExtendedStyles(DWORD styles) {
   send(LVM_SETEXTENDEDLISTVIEWSTYLE, styles, static_cast<LPARAM>(styles));
 }
 
-DWORD ListView::extendedStyles() const {
-  return static_cast<DWORD>(send(LVM_GETEXTENDEDLISTVIEWSTYLE));
-}
-
 void ListView::setImages(HIMAGELIST images) {
   send(LVM_SETIMAGELIST, LVSIL_SMALL, reinterpret_cast<LPARAM>(images));
 }
@@ -56,11 +52,6 @@ void ListView::addColumn(int column, const std::string& title, int width) {
 
 int ListView::columnWidth(int column) const {
   return static_cast<int>(send(LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column)));
-}
-
-void ListView::setColumnWidth(int column, int width) {
-  if (columnWidth(column) == width) return;
-  send(LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), MAKELPARAM(width, 0));
 }
 
 int ListView::rowCount() const {
@@ -165,15 +156,10 @@ void ListView::setSelectionMark(int row) {
   send(LVM_SETSELECTIONMARK, 0, row);
 }
 
-ListView::Hit ListView::rowAt(POINT client) const {
+int ListView::rowAt(POINT client) const {
   LVHITTESTINFO test{};
   test.pt = client;
-  Hit hit;
-  if (send(LVM_SUBITEMHITTEST, 0, reinterpret_cast<LPARAM>(&test)) < 0) return hit;
-  hit.row = test.iItem;
-  hit.column = test.iSubItem;
-  hit.onCheckMark = (test.flags & LVHT_ONITEM) == LVHT_ONITEMSTATEICON;
-  return hit;
+  return send(LVM_SUBITEMHITTEST, 0, reinterpret_cast<LPARAM>(&test)) < 0 ? -1 : test.iItem;
 }
 
 }  // namespace omniset

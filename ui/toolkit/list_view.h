@@ -21,13 +21,11 @@ class ListView {
   HWND handle() const { return control_; }
 
   void addExtendedStyles(DWORD styles);  // LVS_EX_...
-  DWORD extendedStyles() const;
   // The list destroys its image list at its end unless it has the style LVS_SHAREIMAGELISTS.
   void setImages(HIMAGELIST images);
 
   void addColumn(int column, const std::string& title, int width);
   int columnWidth(int column) const;  // in pixels
-  void setColumnWidth(int column, int width);
 
   int rowCount() const;
   int insertRow(int row, const std::string& text, int image);  // returns where it came to stand
@@ -48,12 +46,8 @@ class ListView {
   int selectionMark() const;
   void setSelectionMark(int row);
 
-  struct Hit {
-    int row = -1;
-    int column = -1;
-    bool onCheckMark = false;
-  };
-  Hit rowAt(POINT client) const;
+  // On whichever column.
+  int rowAt(POINT client) const;
 
  private:
   LRESULT send(UINT message, WPARAM word = 0, LPARAM value = 0) const;

@@ -98,13 +98,15 @@ LRESULT CALLBACK Window::procedure(HWND handle, UINT message, WPARAM word, LPARA
   } catch (...) {
     deferException(std::current_exception());
   }
-  // The last message. The object may have ended its window, or itself, meanwhile: then it is
-  // unbound.
-  if (message == WM_NCDESTROY && GetWindowLongPtrA(handle, GWLP_USERDATA) != 0) {
-    self->handle_ = nullptr;
-    SetWindowLongPtrA(handle, GWLP_USERDATA, 0);
-  }
+  unbindAfter(message, handle, *self);
   return result;
+}
+
+// The object may have ended its window, or itself, in the message: then it is unbound already.
+void Window::unbindAfter(UINT message, HWND handle, Window& object) {
+  if (message != WM_NCDESTROY || GetWindowLongPtrA(handle, GWLP_USERDATA) == 0) return;
+  object.handle_ = nullptr;
+  SetWindowLongPtrA(handle, GWLP_USERDATA, 0);
 }
 
 }  // namespace omniset

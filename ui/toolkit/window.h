@@ -45,6 +45,8 @@ class Window {
   friend class Dialog;
 
   static LRESULT CALLBACK procedure(HWND handle, UINT message, WPARAM word, LPARAM value);
+  // After the native window's last message the object has none any more.
+  static void unbindAfter(UINT message, HWND handle, Window& object);
 
   HWND handle_ = nullptr;
   WNDPROC systemProcedure_ = nullptr;  // of a wrapped control

@@ -5,32 +5,42 @@
 namespace omniset {
 
 void EntryDisplay::load() {
+  const RouterRecord* entry = routers_.selected();
+  shown_ = entry ? std::optional(entry->mac) : std::nullopt;
   const RouterRecord record = presentRecord();
   view_.showFields(fieldsOf(record));
-  loadMarks();
+  showMarks(record);
 }
 
 void EntryDisplay::loadMarks() {
-  marks_ = marksOf(catalogue_, presentRecord().packages);
-  view_.showMarks(marks_);
-  showState(routers_.selected());
-}
-
-void EntryDisplay::refresh() {
-  const RouterRecord* entry = routers_.selected();
-  const bool sameEntry = entry ? shown_ == entry->mac : !shown_;
-  if (sameEntry) {
-    showState(entry);
+  if (showsSelected()) {
+    showMarks(presentRecord());
   } else {
     load();
   }
 }
 
-// Also says which entry is shown from now on.
-RouterRecord EntryDisplay::presentRecord() {
+void EntryDisplay::refresh() {
+  if (showsSelected()) {
+    showState(routers_.selected());
+  } else {
+    load();
+  }
+}
+
+bool EntryDisplay::showsSelected() const {
   const RouterRecord* entry = routers_.selected();
-  shown_ = entry ? std::optional(entry->mac) : std::nullopt;
-  if (entry) return *entry;
+  return entry ? shown_ == entry->mac : !shown_;
+}
+
+void EntryDisplay::showMarks(const RouterRecord& record) {
+  marks_ = marksOf(catalogue_, record.packages);
+  view_.showMarks(marks_);
+  showState(routers_.selected());
+}
+
+RouterRecord EntryDisplay::presentRecord() const {
+  if (const RouterRecord* entry = routers_.selected()) return *entry;
   RouterRecord fresh;
   defaults_.fill(fresh);
   return fresh;

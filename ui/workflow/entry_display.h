@@ -32,7 +32,9 @@ class EntryDisplay {
   bool shows(const MacAddress& mac) const { return shown_ == mac; }
 
  private:
-  RouterRecord presentRecord();
+  bool showsSelected() const;
+  RouterRecord presentRecord() const;
+  void showMarks(const RouterRecord& record);
   SetChoice setChoice(const RouterRecord* entry) const;
   void showState(const RouterRecord* entry);
 

@@ -7,6 +7,24 @@
 
 namespace omniset {
 
+namespace {
+
+// The timer comes again soon.
+constexpr int kPollAccessMs = 100;
+
+// The reason of a failure stays to be read until something new is started.
+RouterRecord asAnnouncedAgain(const RouterRecord& before, const RouterRecord& announced) {
+  RouterRecord again = before;
+  again.label = announced.label;
+  again.lastSeen = announced.lastSeen;
+  again.status = RouterStatus::kReady;
+  again.bytesSent = 0;
+  if (before.status != RouterStatus::kFailed) again.statusText.clear();
+  return again;
+}
+
+}  // namespace
+
 Workflow::Workflow(const WorkflowParts& parts)
     : parts_(parts),
       defaults_(parts.remembered, parts.sets),
@@ -18,20 +36,20 @@ void Workflow::begin() {
 }
 
 // The installer's thread may hold its lock for long, when a disk is slow: then nothing is new in
-// this tick.
+// this tick. Nor does a router age, whose announcements may be waiting there.
 void Workflow::poll() {
   try {
     followSessions();
+    parts_.routers.age();
   } catch (const std::runtime_error& busy) {
     traceLine(std::string("the installer is busy: ") + busy.what());
   }
-  parts_.routers.age();
   display_.refresh();
 }
 
 void Workflow::followSessions() {
-  RouterInstaller::Access access = parts_.installer.access();
-  while (auto announced = access.takeAnnouncement()) addAnnounced(access, std::move(*announced));
+  RouterInstaller::Access access = parts_.installer.access(kPollAccessMs);
+  while (auto announced = access.takeAnnouncement()) addAnnounced(std::move(*announced));
   parts_.routers.forEach([&](const RouterRecord& entry) {
     if (const RouterRecord* session = access.record(entry.mac)) {
       parts_.routers.updateStatus(entry.mac, *session);
@@ -39,17 +57,16 @@ void Workflow::followSessions() {
   });
 }
 
-// An announcement that was still in flight when the installation was started makes a fresh row too;
-// it must not show another request than the one that is being installed.
-void Workflow::addAnnounced(RouterInstaller::Access& access, RouterRecord announced) {
-  defaults_.fill(announced);
-  if (const RouterRecord* session = access.record(announced.mac)) {
-    const std::string label = announced.label;
-    const Micros lastSeen = announced.lastSeen;
-    announced = *session;
-    announced.label = label;
-    announced.lastSeen = lastSeen;
-    announced.status = RouterStatus::kReady;
+// A router that comes again keeps its request. What was entered for it stays: it may have failed
+// for want of a file on this side and still be announcing itself, while the operator corrects that.
+// And an announcement in flight must not put another request in place of the one that is being
+// installed.
+void Workflow::addAnnounced(RouterRecord announced) {
+  if (const RouterRecord* before = parts_.routers.find(announced.mac)) {
+    if (parts_.routers.selected() == before) storeFieldsShown();
+    announced = asAnnouncedAgain(*before, announced);
+  } else {
+    defaults_.fill(announced);
   }
   parts_.routers.addOrRefresh(announced);
 }
@@ -70,8 +87,9 @@ void Workflow::selectionChanging() {
   storeFieldsShown();
 }
 
+// A fresh row of the same router changes nothing of what was typed.
 void Workflow::selectionChanged() {
-  display_.load();
+  display_.refresh();
 }
 
 void Workflow::parametersClicked() {

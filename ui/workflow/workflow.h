@@ -43,6 +43,9 @@ class Workflow {
   // The timer: takes announcements, follows the sessions, lets silent routers go, shows the state.
   void poll();
 
+  // The installer's thread has ended by itself. May be called on every tick.
+  void installerEnded();
+
   // The router list: its selection is about to change, and has changed.
   void selectionChanging();
   void selectionChanged();
@@ -76,12 +79,13 @@ class Workflow {
   void describe(int row);
   void selectPackages(bool all);
   void followSessions();
-  void addAnnounced(RouterInstaller::Access& access, RouterRecord announced);
+  void addAnnounced(RouterRecord announced);
 
   void startInstallation();
   bool confirmed(const RouterRecord& request);
   void rememberInstallation(const RouterRecord& entry, const std::vector<std::string>& packages);
-  void handToInstaller(const RouterRecord& entry);
+  void handToInstaller(RouterRecord request, const std::string& folder);
+  void tellInstallerEnd();
   void requestReboot(MacAddress mac);
   void whenInstallerIsFree(const std::function<void(RouterInstaller::Access&)>& action);
 
@@ -90,6 +94,7 @@ class Workflow {
   WorkflowParts parts_;
   RequestDefaults defaults_;
   EntryDisplay display_;
+  bool installerEnded_ = false;
 };
 
 }  // namespace omniset

@@ -10,16 +10,19 @@ namespace omniset {
 void Workflow::install() {
   const RouterRecord* entry = parts_.routers.selected();
   if (!entry) return;
-  if (entry->status == RouterStatus::kReady) {
+  if (installerEnded_) {
+    tellInstallerEnd();
+  } else if (entry->status == RouterStatus::kReady) {
     startInstallation();
   } else if (entry->status == RouterStatus::kWaitingReboot) {
     requestReboot(entry->mac);
   }
 }
 
-// The request becomes the entry's own only when the operator has agreed to it. Meanwhile the timer
-// goes on: the entry may have gone, or have been replaced.
+// What the operator is asked about is what is installed: meanwhile the timer goes on, the entry may
+// go or be replaced, and the folder may be loaded anew.
 void Workflow::startInstallation() {
+  display_.refresh();
   RouterRecord request = *parts_.routers.selected();
   const PackageMarks marks = marksOf(parts_.catalogue, request.packages);
   if (countOf(marks) == 0) {
@@ -27,15 +30,18 @@ void Workflow::startInstallation() {
     return;
   }
   storeFields(parts_.view.fields(), request);
+  const std::vector<std::string> installed = choiceOf(parts_.catalogue, marks, {});
+  request.packages = choiceOf(parts_.catalogue, marks, request.packages);
+  request.packageFiles = filesOf(parts_.catalogue, marks);
+  request.packageBytes = bytesOf(parts_.catalogue, request.packageFiles);
+  const std::string folder = parts_.catalogue.folder();
   if (!confirmed(request)) return;
   RouterRecord* entry = parts_.routers.find(request.mac);
   if (!entry || entry->status != RouterStatus::kReady) return;
-  storeFields(parts_.view.fields(), *entry);
-  entry->packages = choiceOf(parts_.catalogue, marks, request.packages);
-  entry->packageFiles = filesOf(parts_.catalogue, marks);
-  entry->packageBytes = bytesOf(parts_.catalogue, entry->packageFiles);
-  rememberInstallation(*entry, choiceOf(parts_.catalogue, marks, {}));
-  handToInstaller(*entry);
+  request.lastSeen = entry->lastSeen;
+  *entry = request;
+  rememberInstallation(request, installed);
+  handToInstaller(request, folder);
   display_.load();
 }
 
@@ -53,12 +59,11 @@ void Workflow::rememberInstallation(const RouterRecord& entry,
 }
 
 // What keeps a session from being made belongs to the entry.
-void Workflow::handToInstaller(const RouterRecord& entry) {
-  RouterRecord request = entry;
+void Workflow::handToInstaller(RouterRecord request, const std::string& folder) {
   if (!request.useOwnScript) request.scriptPath.clear();
   whenInstallerIsFree([&](RouterInstaller::Access& access) {
     try {
-      access.install(request, parts_.catalogue.folder());
+      access.install(request, folder);
       if (const RouterRecord* session = access.record(request.mac)) request = *session;
     } catch (const std::exception& failure) {
       request.status = RouterStatus::kFailed;
@@ -81,6 +86,22 @@ void Workflow::cancel() {
     parts_.routers.release(mac);
   });
   display_.load();
+}
+
+// Once by itself, and when something is to be installed nevertheless. The timer goes on while the
+// message is open.
+void Workflow::installerEnded() {
+  if (installerEnded_) return;
+  installerEnded_ = true;
+  tellInstallerEnd();
+}
+
+void Workflow::tellInstallerEnd() {
+  parts_.person.tell(
+      "Error",
+      "The network failed, and with it all installations. Check the network adapter, "
+      "then close this program and start it again.",
+      Operator::Icon::kError);
 }
 
 // A lock that the installer's thread holds for long, because a disk is slow, is no reason to end

@@ -129,7 +129,8 @@ void DrivenDialog::press(int id, int virtualKey) {
   const LPARAM scanCode = static_cast<LPARAM>(MapVirtualKeyA(static_cast<UINT>(virtualKey), 0))
                           << 16;
   post(wanted, WM_KEYDOWN, key, scanCode | 1);
-  post(wanted, WM_KEYUP, key, scanCode | static_cast<LPARAM>(0xC0000001));
+  // The key may have closed the dialog already.
+  PostMessageA(wanted, WM_KEYUP, key, scanCode | static_cast<LPARAM>(0xC0000001));
 }
 
 void DrivenDialog::type(int id, const std::string& text) {

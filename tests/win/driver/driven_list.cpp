@@ -188,6 +188,16 @@ void DrivenList::clickCheckBox(int index) {
   clickAt((bounds.left + icon.left) / 2, (bounds.top + bounds.bottom) / 2);
 }
 
+void DrivenList::clickEmptyPlace() {
+  RECT area{};
+  GetClientRect(list_, &area);
+  const int rows = count();
+  if (rows > 0 && rectangle(rows - 1, LVIR_BOUNDS).bottom >= area.bottom - kInset) {
+    throw WindowFault("the list has no empty place");
+  }
+  clickAt(area.left + kInset, area.bottom - kInset);
+}
+
 void DrivenList::press(int virtualKey) {
   const auto key = static_cast<WPARAM>(virtualKey);
   post(list_, WM_KEYDOWN, key, 1);

@@ -48,6 +48,8 @@ class DrivenList {
   void clickRow(int index);
   void clickCell(int index, int column);
   void clickCheckBox(int index);
+  // A click beside all rows; the list must have room for one.
+  void clickEmptyPlace();
   // A key in the list, which has the focus.
   void press(int virtualKey);
 

@@ -54,8 +54,8 @@ TEST(ProgramResources, ManifestAsksForModernControlsScalingAndRights) {
   const std::string manifest = resource(1, kManifest);
   EXPECT_THAT(manifest,
               HasSubstr("name=\"Microsoft.Windows.Common-Controls\" version=\"6.0.0.0\""));
-  EXPECT_THAT(manifest, HasSubstr(">true/pm</dpiAware>"));
-  EXPECT_THAT(manifest, HasSubstr(">PerMonitorV2, PerMonitor</dpiAwareness>"));
+  EXPECT_THAT(manifest, HasSubstr(">true</dpiAware>"));
+  EXPECT_THAT(manifest, HasSubstr(">PerMonitorV2, System</dpiAwareness>"));
   EXPECT_THAT(manifest, HasSubstr("level=\"highestAvailable\""));
 }
 

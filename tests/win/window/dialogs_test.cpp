@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <set>
 
 #include "tests/win/window/window_test.h"
 
@@ -78,6 +80,23 @@ TEST_F(Dialogs, EnterInTheFolderFieldStartsNoInstallation) {
   EXPECT_TRUE(window().hasOnlyMainWindow());
 }
 
+TEST_F(Dialogs, TheTabKeyReachesEveryControlThatCanBeUsed) {
+  startTarget();
+  selectReadyRouter();
+  std::set<int> reached;
+  HWND control = window().control(IDC_FOLDER);
+  do {
+    control = GetNextDlgTabItem(window().handle(), control, FALSE);
+    reached.insert(GetDlgCtrlID(control));
+  } while (control != window().control(IDC_FOLDER));
+  for (const int id :
+       {IDC_ROUTERS, IDC_SHOW_HELP, IDC_INSTALL, IDC_KEEP_CONFIGURATION, IDC_ADDRESS, IDC_NETMASK,
+        IDC_GATEWAY, IDC_BAUD_RATE, IDC_USE_SCRIPT, IDC_SETS, IDC_SAVE_SET, IDC_FOLDER, IDC_BROWSE,
+        IDC_SELECT_ALL, IDC_SELECT_NONE, IDC_PACKAGES}) {
+    EXPECT_EQ(reached.count(id), 1u) << "control " << id;
+  }
+}
+
 TEST_F(Dialogs, AScriptIsChosenFromTheSystemsDialog) {
   writeBytes(path("chosen.rsc"), "/log info started\n");
   startTarget();
@@ -108,19 +127,44 @@ TEST_F(Dialogs, AScriptChoiceThatIsCancelledChangesNothing) {
   EXPECT_EQ(window().text(IDC_SCRIPT_FILE), "C:\\before.rsc");
 }
 
+// Wine's chooser finds a folder only if the time of its last access is as it was a moment before,
+// and the first look into a folder changes that. A time to come is left as it is.
+void settleAccessTime(const std::string& folder) {
+  constexpr LONGLONG kHour = 36'000'000'000;  // in units of 100 ns
+  const HANDLE handle =
+      CreateFileA(folder.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                  nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  FILETIME now{};
+  GetSystemTimeAsFileTime(&now);
+  ULARGE_INTEGER time{};
+  time.LowPart = now.dwLowDateTime;
+  time.HighPart = now.dwHighDateTime;
+  time.QuadPart += kHour;
+  const FILETIME accessed{time.LowPart, time.HighPart};
+  const BOOL done = SetFileTime(handle, nullptr, &accessed, nullptr);
+  CloseHandle(handle);
+  if (!done) throw WindowFault("the times of " + folder + " cannot be set");
+}
+
 class FolderChooser : public WindowTest {
  protected:
   void SetUp() override {
     WindowTest::SetUp();
-    first_ = path("first"); writePackages(first_, samplePackages()); storeText("Package Path", first_);
-    second_ = path("second");
+    writePackages(first_, samplePackages());
     writePackages(second_, {samplePackages().front()});
+    for (const std::string& folder : {first_, second_, parent_}) settleAccessTime(folder);
+    storeText("Package Path", first_);
     startWindow();
+  }
+
+  void TearDown() override {
+    WindowTest::TearDown();
+    std::filesystem::remove_all(parent_);
   }
 
   DrivenDialog openChooser() {
     window().click(IDC_BROWSE);
-    DrivenDialog d = window().awaitDialog("Browse for Folder"); Sleep(2000); return d;
+    return window().awaitDialog("Browse for Folder");
   }
 
   void awaitText(const DrivenDialog& chooser, const std::string& text) {
@@ -131,8 +175,9 @@ class FolderChooser : public WindowTest {
   }
 
   // Neighbours in the tree.
-  std::string first_;
-  std::string second_;
+  const std::string parent_ = "C:\\package folders";
+  const std::string first_ = parent_ + "\\first";
+  const std::string second_ = parent_ + "\\second";
 };
 
 TEST_F(FolderChooser, StartsInThePresentFolderAndCountsItsPackages) {

@@ -49,6 +49,15 @@ TEST_F(Geometry, ANegativePlaceIsTakenAsZero) {
   EXPECT_EQ(window().rectangle().top, 0);
 }
 
+TEST_F(Geometry, AStoredHeightThatIsTooSmallIsNotUsed) {
+  startWindow();
+  const LONG lowest = height(window().rectangle());
+  endWindow();
+  storeNumber("Rect H", 50);
+  startWindow();
+  EXPECT_EQ(height(window().rectangle()), lowest);
+}
+
 TEST_F(Geometry, IsWrittenAtTheEndAndComesBack) {
   startWindow();
   const RECT first = window().rectangle();

@@ -133,6 +133,47 @@ TEST_F(Parameters, StayWithTheirRouter) {
   EXPECT_THAT(packages().marked(), ElementsAre("system"));
 }
 
+TEST_F(Parameters, FollowTheArrowKeysInTheRouterList) {
+  startWindow();
+  startTarget({"--count", "2"});
+  routers().awaitCount(2);
+  window().selectRouter(0);
+  window().type(IDC_ADDRESS, "10.0.0.1");
+  window().focus(IDC_ROUTERS);
+  routers().press(VK_DOWN);
+  waitUntil("the second router is selected", [&] { return routers().selectedRow() == 1; });
+  window().awaitText(IDC_ADDRESS, "");
+  routers().press(VK_UP);
+  window().awaitText(IDC_ADDRESS, "10.0.0.1");
+}
+
+TEST_F(Parameters, CannotBeChangedWhenNoRouterIsSelectedAnyMore) {
+  startWithRouter();
+  window().toggle("routing");
+  window().type(IDC_ADDRESS, "10.0.0.1");
+  routers().clickEmptyPlace();
+  waitUntil("no router is selected", [&] { return routers().selectedRow() < 0; });
+  window().awaitEnabled(IDC_INSTALL, false);
+  EXPECT_FALSE(window().isWritable(IDC_ADDRESS));
+  EXPECT_FALSE(window().isEnabled(IDC_SELECT_ALL));
+  EXPECT_EQ(window().text(IDC_PACKAGES_GROUP), "Packages");
+  EXPECT_TRUE(packages().marked().empty());
+  selectReadyRouter();
+  EXPECT_EQ(window().text(IDC_ADDRESS), "10.0.0.1");
+  EXPECT_THAT(packages().marked(), ::testing::UnorderedElementsAre("routing", "system"));
+}
+
+TEST_F(Parameters, ThatMakeNoSenseInTheStoreDoNotKeepTheWindowFromOpening) {
+  storeText("Rect X", "left");
+  storeNumber("Previous Baud", 1234);
+  storeNumber("Previous NetMask", 77);
+  storeNumber("Previous Address", 0xFFFFFFFF);
+  storeText("Package Path", std::string(5000, 'x'));
+  startWithRouter();
+  EXPECT_EQ(window().text(IDC_FOLDER), "C:\\");
+  endWindow();
+}
+
 TEST_F(Parameters, ThatAKeptConfigurationLeavesOutCannotBeChanged) {
   startWithRouter();
   window().click(IDC_KEEP_CONFIGURATION);

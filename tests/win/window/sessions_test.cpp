@@ -69,6 +69,34 @@ TEST_F(Sessions, CancelledWhileSendingTheRouterIsReadyAgain) {
   waitUntil("the progress is gone", [&] { return window().progress(IDC_PROGRESS) == 0; });
 }
 
+TEST_F(Sessions, CancelledBeforeItsRebootTheRouterIsReadyAgain) {
+  startWithRouter();
+  window().toggle("system");
+  window().click(IDC_INSTALL);
+  awaitStatus("Waiting reboot", kTargetAddress, kInstallationLimit);
+  window().click(IDC_CANCEL);
+  awaitStatus("Ready");
+  window().awaitText(IDC_INSTALL, "Install");
+}
+
+TEST_F(Sessions, AFinishedRouterThatAnnouncesItselfCanBeInstalledAgain) {
+  startWithRouter();
+  window().toggle("system");
+  window().click(IDC_INSTALL);
+  awaitStatus("Waiting reboot", kTargetAddress, kInstallationLimit);
+  window().awaitText(IDC_INSTALL, "Reboot");
+  window().click(IDC_INSTALL);
+  awaitStatus("OK");
+  window().awaitEnabled(IDC_INSTALL, false);
+  stopTarget();
+  startTarget();
+  awaitStatus("Ready");
+  window().awaitEnabled(IDC_INSTALL);
+  window().click(IDC_INSTALL);
+  awaitStatus("Waiting reboot", kTargetAddress, kInstallationLimit);
+  expectReceived({"system-2.9.7.bdl"});
+}
+
 TEST_F(Sessions, ARouterThatStartsOverIsReadyAndCanBeInstalled) {
   installAndFreezeWhileSending();
   stopTarget();

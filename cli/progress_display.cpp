@@ -1,7 +1,7 @@
 #include "cli/progress_display.h"
 
-#include "install/status_name.h"
 #include "core/shown_text.h"
+#include "install/status_name.h"
 
 namespace omniset {
 

@@ -4,9 +4,9 @@
 #include <array>
 #include <cmath>
 
-#include "install/status_name.h"
 #include "core/format_text.h"
 #include "core/shown_text.h"
+#include "install/status_name.h"
 
 namespace omniset {
 

@@ -43,6 +43,17 @@ TEST_F(PackageFolder, EnterInTheFieldScansTheTypedFolder) {
   window().awaitStatusBar("Loaded 1 package(s)");
 }
 
+TEST_F(PackageFolder, EnterInAnyControlScansTheTypedFolderToo) {
+  startWindow();
+  for (const int id : {IDC_ROUTERS, IDC_SETS, IDC_PACKAGES}) {
+    const int before = packages().count();
+    const std::string name = "added-" + std::to_string(id);
+    writePackages(packageFolder(), {{name, kSampleVersion, "New", {}, 10, 1}});
+    window().press(id, VK_RETURN);
+    packages().awaitCount(before + 1);
+  }
+}
+
 TEST_F(PackageFolder, LeavingTheFieldScansTheTypedFolder) {
   startWindow();
   window().type(IDC_FOLDER, otherFolder());

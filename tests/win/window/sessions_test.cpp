@@ -52,6 +52,26 @@ TEST_F(Sessions, LeaveNothingToChangeButTheCancelButton) {
   }
 }
 
+// The installation fails on this side, so the router goes on announcing itself every second.
+TEST_F(Sessions, CorrectionsOfAFailureOnThisSideStay) {
+  startWithRouter();
+  window().toggle("system");
+  window().click(IDC_USE_SCRIPT);
+  window().awaitEnabled(IDC_SCRIPT_FILE);
+  window().type(IDC_SCRIPT_FILE, path("missing.rsc"));
+  window().click(IDC_INSTALL);
+  awaitStatus("Failed");
+  writeBytes(path("corrected.rsc"), "/log info corrected\n");
+  window().type(IDC_SCRIPT_FILE, path("corrected.rsc"));
+  awaitStatus("Ready");
+  window().awaitText(IDC_STATUS_LINE, "Installation failed: Could not open script");
+  EXPECT_EQ(window().text(IDC_SCRIPT_FILE), path("corrected.rsc"));
+  window().awaitEnabled(IDC_INSTALL);
+  window().click(IDC_INSTALL);
+  awaitStatus("Waiting reboot", kTargetAddress, kInstallationLimit);
+  EXPECT_EQ(receivedScript(), "/log info corrected\n");
+}
+
 TEST_F(Sessions, CancelledWhileOfferingTheRouterIsReadyAgain) {
   installWithSilentRouter();
   window().click(IDC_CANCEL);

@@ -1,8 +1,9 @@
 """Prints the table of a run from its results; bench/run calls it.
 
-Usage: table.py TRANSFERS MICRO
+Usage: table.py TRANSFERS WINDOW MICRO
 TRANSFERS has lines "bare PLACE RATE" and "link PLACE TARGETS RATE INSTALLER_KIB AGENT_KIB" (rates in
-MB/s), MICRO is the JSON of Google Benchmark with medians. All figures shown are medians.
+MB/s), WINDOW those that bench/window/window_bench.h describes, MICRO is the JSON of Google Benchmark
+with medians. All figures shown are medians, but for those of the longest click.
 """
 
 import json
@@ -39,8 +40,23 @@ class Transfers:
         return self.per_session(5)
 
 
-def row(what, value, unit, beside=None, beside_name="", at_least=None, below=None):
-    """`at_least` holds for value/beside, `below` for the value."""
+class Window:
+    def __init__(self, path):
+        self.values = {}
+        with open(path, encoding="utf-8") as lines:
+            for line in lines:
+                name, value = line.rsplit(maxsplit=1)
+                self.values.setdefault(name, []).append(float(value))
+
+    def median(self, name):
+        return statistics.median(self.values[name])
+
+    def most(self, name):
+        return max(self.values[name])
+
+
+def row(what, value, unit, beside=None, beside_name="", at_least=None, at_most=None, below=None):
+    """`at_least` and `at_most` hold for value/beside, `below` for the value."""
     shown = [what, f"{value:.3g} {unit}", "", "", "", ""]
     if beside is not None:
         shown[2] = f"{beside:.3g} {unit}, {beside_name}"
@@ -48,6 +64,9 @@ def row(what, value, unit, beside=None, beside_name="", at_least=None, below=Non
     if at_least is not None:
         shown[4] = f">= {at_least:.2f}"
         shown[5] = "yes" if value / beside >= at_least else "NO"
+    if at_most is not None:
+        shown[4] = f"<= {at_most:.2f}"
+        shown[5] = "yes" if value / beside <= at_most else "NO"
     if below is not None:
         shown[4] = f"< {below} {unit}"
         shown[5] = "yes" if value < below else "NO"
@@ -66,6 +85,26 @@ def transfer_rows(t):
         row("installer's memory per added session", t.installer_per_session(), "KiB", below=32),
         row("agent's memory per added target", t.agent_per_session(), "KiB", below=32),
     ]
+
+
+def window_rows(w):
+    rows = [row("start to visible window", w.median("start omniset"), "ms",
+                w.median("start empty"), "empty dialog", at_most=3)]
+    listed = int(w.median("listed"))
+    for state, doing in (("silent", "silent"), ("announcing", "announcing each second")):
+        rows.append(row(f"idle window, {listed} routers {doing}", w.median(f"idle {state} omniset"),
+                        "%", w.median(f"idle {state} empty"), "empty dialog", below=2))
+    for what, figure in (("a click", w.median), ("the longest click", w.most)):
+        quiet = figure("click quiet omniset")
+        busy = figure("click installing omniset")
+        rows.append(row(f"{what}, nothing installing", quiet, "ms", figure("click quiet empty"),
+                        "empty dialog"))
+        rows.append(row(f"{what}, 64 targets installing", busy, "ms", quiet,
+                        "nothing installing", below=50))
+        rows.append(row(f"{what}, 64 targets installing", busy, "ms",
+                        figure("click installing empty"), "empty dialog meanwhile"))
+    rows.append(row("what these targets are sent meanwhile", w.median("carried"), "MB/s"))
+    return rows
 
 
 def micro_rows(path):
@@ -101,8 +140,9 @@ def print_table(rows):
 
 
 def main():
-    transfers, micro = sys.argv[1:]
-    print_table([HEADING] + transfer_rows(Transfers(transfers)) + micro_rows(micro))
+    transfers, window, micro = sys.argv[1:]
+    print_table([HEADING] + transfer_rows(Transfers(transfers)) + window_rows(Window(window)) +
+                micro_rows(micro))
     print(f"\nMedians; {os.cpu_count()} processors; 1 MB/s is 1,000,000 bytes of files in a second.")
 
 

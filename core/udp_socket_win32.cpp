@@ -26,6 +26,7 @@ class WinsockUdpSocket : public UdpSocket {
   void open(const char* failure) override {
     socket_ = socket(AF_INET, SOCK_DGRAM, 0);
     if (socket_ == INVALID_SOCKET) throw SocketExc(failure);
+    makeRoom();
   }
 
   void allowBroadcast(const char* failure) override {
@@ -76,6 +77,13 @@ class WinsockUdpSocket : public UdpSocket {
   }
 
  private:
+  // For a datagram of each of some hundred peers that answer at once. What the system does not
+  // grant is gone without.
+  void makeRoom() {
+    const int bytes = 512 * 1024;
+    setsockopt(socket_, SOL_SOCKET, SO_RCVBUF, reinterpret_cast<const char*>(&bytes), sizeof bytes);
+  }
+
   // Winsock reports as errors what is only news of a datagram: none may end a service.
   static std::size_t receivedWithError(std::span<std::uint8_t> buffer, UdpPeer& from,
                                        const sockaddr_in& address, const char* failure) {

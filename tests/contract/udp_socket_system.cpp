@@ -109,6 +109,23 @@ TEST_F(SystemUdpSocket, WaitWithoutLimitLastsUntilADatagramComes) {
 }
 
 // The news that nobody listens there may arrive as a datagram of no bytes, but as no failure.
+// As many targets announce themselves in the same moment when a rack is switched on.
+TEST_F(SystemUdpSocket, HoldsADatagramOfEachOfFourHundredPeers) {
+  constexpr int kPeers = 400;
+  const BoundSocket receiver = bindFreePort();
+  const BoundSocket sender = bindFreePort();
+  const std::array<std::uint8_t, 80> announcement{};
+  for (int i = 0; i < kPeers; ++i) {
+    sender.socket->sendTo(announcement, {kLoopback, receiver.port}, "sendto() failed");
+  }
+  int received = 0;
+  while (receiver.socket->waitReadable(100 * kMillisecond, "select() failed")) {
+    receivedFrom(*receiver.socket);
+    ++received;
+  }
+  EXPECT_EQ(received, kPeers);
+}
+
 TEST_F(SystemUdpSocket, SendingToAClosedPortDoesNoHarm) {
   const BoundSocket bound = bindFreePort();
   BoundSocket closed = bindFreePort();

@@ -121,12 +121,7 @@ TEST_F(InstallChecks, ACompleteAddressIsNotAskedAbout) {
 }
 
 TEST_F(InstallChecks, AScriptThatIsMissingFailsTheInstallation) {
-  window().toggle("system");
-  window().click(IDC_USE_SCRIPT);
-  window().awaitEnabled(IDC_SCRIPT_FILE);
-  window().type(IDC_SCRIPT_FILE, path("missing.rsc"));
-  window().click(IDC_INSTALL);
-  awaitStatus("Failed");
+  failForWantOfAScript();
   window().awaitText(IDC_STATUS_LINE, "Installation failed: Could not open script");
 }
 

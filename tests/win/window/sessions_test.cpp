@@ -6,6 +6,7 @@
 namespace omniset::test {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
 constexpr std::size_t kLargePackage = 8'000'000;  // takes seconds to send
@@ -55,12 +56,7 @@ TEST_F(Sessions, LeaveNothingToChangeButTheCancelButton) {
 // The installation fails on this side, so the router goes on announcing itself every second.
 TEST_F(Sessions, CorrectionsOfAFailureOnThisSideStay) {
   startWithRouter();
-  window().toggle("system");
-  window().click(IDC_USE_SCRIPT);
-  window().awaitEnabled(IDC_SCRIPT_FILE);
-  window().type(IDC_SCRIPT_FILE, path("missing.rsc"));
-  window().click(IDC_INSTALL);
-  awaitStatus("Failed");
+  failForWantOfAScript();
   writeBytes(path("corrected.rsc"), "/log info corrected\n");
   window().type(IDC_SCRIPT_FILE, path("corrected.rsc"));
   awaitStatus("Ready");
@@ -124,7 +120,7 @@ TEST_F(Sessions, ARouterThatStartsOverIsReadyAndCanBeInstalled) {
   awaitStatus("Ready");
   selectReadyRouter();
   window().awaitEnabled(IDC_INSTALL);
-  if (packages().marked().empty()) window().toggle("large");
+  EXPECT_THAT(packages().marked(), ElementsAre("large"));
   window().click(IDC_INSTALL);
   awaitStatus("Waiting reboot", kTargetAddress, kInstallationLimit);
   expectReceived({"large-2.9.7.bdl"});
@@ -133,12 +129,7 @@ TEST_F(Sessions, ARouterThatStartsOverIsReadyAndCanBeInstalled) {
 TEST_F(Sessions, AFailedRouterThatAnnouncesItselfIsReadyAndStillSelected) {
   startWithRouter();
   freezeTarget();
-  window().toggle("system");
-  window().click(IDC_USE_SCRIPT);
-  window().awaitEnabled(IDC_SCRIPT_FILE);
-  window().type(IDC_SCRIPT_FILE, path("missing.rsc"));
-  window().click(IDC_INSTALL);
-  awaitStatus("Failed");
+  failForWantOfAScript();
   thawTarget();
   awaitStatus("Ready");
   EXPECT_EQ(routers().selectedRow(), rowOf());
@@ -148,18 +139,13 @@ TEST_F(Sessions, AFailedRouterThatAnnouncesItselfIsReadyAndStillSelected) {
 TEST_F(Sessions, ARouterThatFailedCanBeInstalledOnceItIsReadyAgain) {
   startWithRouter();
   freezeTarget();
-  window().toggle("system");
-  window().click(IDC_USE_SCRIPT);
-  window().awaitEnabled(IDC_SCRIPT_FILE);
-  window().type(IDC_SCRIPT_FILE, path("missing.rsc"));
-  window().click(IDC_INSTALL);
-  awaitStatus("Failed");
+  failForWantOfAScript();
   thawTarget();
   awaitStatus("Ready");
-  window().settle();
-  if (window().isChecked(IDC_USE_SCRIPT)) window().click(IDC_USE_SCRIPT);
-  window().settle();
-  if (packages().marked().empty()) window().toggle("system");
+  window().awaitEnabled(IDC_INSTALL);
+  window().click(IDC_USE_SCRIPT);
+  window().awaitEnabled(IDC_SCRIPT_FILE, false);
+  EXPECT_THAT(packages().marked(), ElementsAre("system"));
   window().click(IDC_INSTALL);
   awaitStatus("Waiting reboot", kTargetAddress, kInstallationLimit);
   expectReceived({"system-2.9.7.bdl"});

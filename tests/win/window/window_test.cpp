@@ -111,6 +111,15 @@ void WindowTest::startWithRouter() {
   selectReadyRouter();
 }
 
+void WindowTest::failForWantOfAScript() {
+  window().toggle("system");
+  window().click(IDC_USE_SCRIPT);
+  window().awaitEnabled(IDC_SCRIPT_FILE);
+  window().type(IDC_SCRIPT_FILE, path("missing.rsc"));
+  window().click(IDC_INSTALL);
+  awaitStatus("Failed");
+}
+
 void WindowTest::expectBox(const std::string& caption, const std::string& text,
                            const std::string& answer) {
   DrivenMessageBox box = window().awaitBox(caption);

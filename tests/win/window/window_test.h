@@ -60,6 +60,10 @@ class WindowTest : public ::testing::Test {
   // The window with a ready router, which is selected.
   void startWithRouter();
 
+  // Installs the selected router's "system" with a script that is not there: a failure on this
+  // side.
+  void failForWantOfAScript();
+
   // Clicks a button that must bring up this box, and answers it.
   void expectBox(const std::string& caption, const std::string& text, const std::string& answer);
 

@@ -8,6 +8,8 @@ namespace {
 
 constexpr int kLockTimeoutMs = 10'000;
 constexpr Micros kLongestWait = kSecond;
+// How late timers may be while there is always something to receive.
+constexpr Micros kLongestDelay = kSecond / 4;
 // An announcement that comes this long after the one from which an installation was started can
 // only come from a target that has started over.
 constexpr Micros kRestartAfter = 5 * kSecond;
@@ -36,14 +38,20 @@ void RouterInstaller::run() {
 void RouterInstaller::step() {
   const Micros wait = runTimers();
   const int received = endpoint_.waitDatagram(receiveFrame_.bytes, wait);
+  moreMayWait_ = received >= 0;
   if (received >= 0) datagramReceived(static_cast<std::size_t>(received));
 }
 
-// Returns how long to wait for the next timer.
+// Returns how long to wait for the next timer. What has arrived is looked at first, for a while:
+// when one round of all sessions takes longer than their timers, the acknowledgements are there
+// already, and repeating every frame would make the next round longer still.
 Micros RouterInstaller::runTimers() {
   const Micros now = clock_.now();
   const ScopedLock lock(mutex_, kLockTimeoutMs);
-  sessions_.fireDue(now);
+  if (!moreMayWait_ || now - timersFired_ >= kLongestDelay) {
+    sessions_.fireDue(now);
+    timersFired_ = now;
+  }
   // Timers that have just fired count too: a repetition after 10 ms must not wait a second.
   return sessions_.timeToNext(now, kLongestWait);
 }

@@ -83,6 +83,8 @@ class RouterInstaller : public Code {
   BroadcastEndpoint endpoint_;
   LinkFrame receiveFrame_;
   LinkFrame sendFrame_;
+  bool moreMayWait_ = false;  // the last turn received something
+  Micros timersFired_ = 0;
   Mutex mutex_;  // guards what follows
   TimedSessions<RouterSession> sessions_;
   std::deque<RouterRecord> announcements_;

@@ -64,6 +64,33 @@ TEST_F(InstallerLoop, DeadlineThatIsReachedFires) {
   EXPECT_EQ(network->sent.size(), 2u);
 }
 
+// An acknowledgement that is there already makes the repetition needless.
+TEST_F(InstallerLoop, WhatHasArrivedIsLookedAtBeforeDueTimersFire) {
+  install(kTargetMac);
+  turn();
+  clock.advance(900 * kMillisecond);
+  hear(ScriptedTarget(kStrangerMac).announcement());
+  clock.advance(100 * kMillisecond);
+  hear(ScriptedTarget(kStrangerMac).announcement());
+  EXPECT_EQ(network->sent.size(), 1u);
+  EXPECT_EQ(network->waits.back(), 1);
+  idle(2);
+  EXPECT_EQ(network->sent.size(), 2u);
+}
+
+TEST_F(InstallerLoop, TimersFireAfterAQuarterOfASecondHoweverMuchArrives) {
+  install(kTargetMac);
+  turn();
+  clock.advance(900 * kMillisecond);
+  for (int i = 0; i < 25; ++i) {
+    EXPECT_EQ(network->sent.size(), 1u);
+    hear(ScriptedTarget(kStrangerMac).announcement());
+    clock.advance(10 * kMillisecond);
+  }
+  hear(ScriptedTarget(kStrangerMac).announcement());
+  EXPECT_EQ(network->sent.size(), 2u);
+}
+
 TEST_F(InstallerLoop, DatagramShortensTheWaitWithoutFiringTimersEarly) {
   install(kTargetMac);
   turn();

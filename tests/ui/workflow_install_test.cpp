@@ -314,7 +314,7 @@ TEST_F(WorkflowInstall, RouterThatStartsOverDuringItsInstallationIsReadyAgain) {
   turn();
   clock.advance(6 * kSecond);
   target.announce();
-  turn();
+  ASSERT_TRUE(turnUntil(RouterStatus::kReady));
   EXPECT_EQ("Ready", statusOf(0));
   EXPECT_EQ(nullptr, installer.access().record(routerMac(1)));
   workflow.install();

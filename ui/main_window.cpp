@@ -1,7 +1,7 @@
 #include "ui/main_window.h"
 
-#include <array>
 #include <exception>
+#include <initializer_list>
 
 #include "core/error.h"
 #include "core/trace.h"

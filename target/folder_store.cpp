@@ -55,7 +55,7 @@ fs::path FolderStore::partPath() const {
 }
 
 void FolderStore::openFile(const std::string& name, std::int32_t size) {
-  abandonFile();
+  abandon();
   if (!isSafeName(name)) throw Failure("A file of this name is not taken: " + name);
   std::error_code unknown;
   if (fs::space(folder_, unknown).available < static_cast<std::uintmax_t>(size)) {
@@ -81,7 +81,7 @@ void FolderStore::closeFile() {
   throw Failure("Cannot write " + name_);
 }
 
-void FolderStore::abandonFile() {
+void FolderStore::abandon() {
   if (!file_) return;
   file_.reset();
   removePart();

@@ -15,7 +15,7 @@ namespace omniset {
 class FolderStore : public TargetStore {
  public:
   explicit FolderStore(std::filesystem::path folder) : folder_(std::move(folder)) {}
-  ~FolderStore() override { abandonFile(); }
+  ~FolderStore() override { abandon(); }
 
   std::string path() const { return folder_.string(); }
 
@@ -27,7 +27,9 @@ class FolderStore : public TargetStore {
   void openFile(const std::string& name, std::int32_t size) override;
   void write(std::span<const std::uint8_t> bytes) override;
   void closeFile() override;
-  void abandonFile() override;
+  // A folder that stands for a disk counts as it is.
+  void finish() override {}
+  void abandon() override;
 
  private:
   // Where a file is until it is complete.

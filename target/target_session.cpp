@@ -115,6 +115,11 @@ void TargetSession::keyPressed(Micros now) {
   change(State::kTerminating, now);
 }
 
+void TargetSession::describeDisks(const std::string& disks) {
+  identity_.disks = disks;
+  makeLine(identity_.disks);
+}
+
 void TargetSession::change(State state, Micros now, Micros delay) {
   state_ = state;
   deadline_ = now + delay;
@@ -127,7 +132,7 @@ void TargetSession::say(const std::string& sentence) {
 
 void TargetSession::fail(const std::string& reason, Micros now) {
   try {
-    store_.abandonFile();
+    store_.abandon();
   } catch (const std::exception& e) {
     say(e.what());
   }
@@ -136,7 +141,7 @@ void TargetSession::fail(const std::string& reason, Micros now) {
 }
 
 void TargetSession::restart(Micros now) {
-  store_.abandonFile();
+  store_.abandon();
   connection_.reset();
   connection_.local = identity_.mac;
   change(State::kAnnouncing, now);
@@ -264,6 +269,7 @@ void TargetSession::takeFileData(LinkFrame& frame, std::size_t received, Micros 
   if (data.empty()) return;
   lastProgress_ = now;
   store_.write(data);
+  console_.progress(identity_.mac, receiver_.name(), receiver_.bytesReceived(), receiver_.size());
   if (receiver_.isComplete()) fileComplete(now);
   receiver_.acknowledge();
 }
@@ -274,6 +280,7 @@ void TargetSession::fileComplete(Micros now) {
     change(State::kAwaitingFile, now, kSecond);
     return;
   }
+  store_.finish();
   say("Everything is installed. Waiting for the reboot command; press a key to reboot now.");
   change(State::kInstalled, now, kSecond);
 }

@@ -15,6 +15,7 @@
 #include "link/file_receiver.h"
 #include "link/link_connection.h"
 #include "link/link_frame.h"
+#include "target/target_console.h"
 #include "target/target_store.h"
 
 namespace omniset {
@@ -26,13 +27,6 @@ struct TargetIdentity {
   std::string label;
   std::string machine;  // processor and memory
   std::string disks;
-};
-
-// Told what happens, in sentences for the person in front of the target.
-class TargetConsole {
- public:
-  virtual ~TargetConsole() = default;
-  virtual void say(const MacAddress& target, const std::string& sentence) = 0;
 };
 
 class TargetSession {
@@ -58,11 +52,15 @@ class TargetSession {
   void timerFired(Micros now);
   // Any datagram; those that are not for this target, or not of its installer, change nothing.
   void frameReceived(LinkFrame& frame, std::size_t received, Micros now);
+  // What its announcements say of the disks from now on.
+  void describeDisks(const std::string& disks);
   // A key was pressed on the target's console; heeded once everything is installed.
   void keyPressed(Micros now);
 
   Micros deadline() const { return deadline_; }
   State state() const { return state_; }
+  // From the offer on until it announces itself again; also while it rests after a failure.
+  bool isEngaged() const { return state_ != State::kAnnouncing; }
 
  private:
   struct StateRow;

@@ -23,8 +23,12 @@ class TargetStore {
   virtual void write(std::span<const std::uint8_t> bytes) = 0;
   // Makes the open file count: until then the store holds no file of that name, or the old one.
   virtual void closeFile() = 0;
-  // Drops a file that is not complete, if there is one.
-  virtual void abandonFile() = 0;
+  // Makes the installation count: every file that came since the preparation is safe when this
+  // returns, whatever happens to the power. Should another file come all the same, the installation
+  // no longer counts until this is called again.
+  virtual void finish() = 0;
+  // Drops a file that is not complete, if there is one, and lets go of the medium.
+  virtual void abandon() = 0;
 };
 
 }  // namespace omniset

@@ -21,7 +21,8 @@ class MemoryStore : public TargetStore {
   void openFile(const std::string& name, std::int32_t size) override;
   void write(std::span<const std::uint8_t> bytes) override;
   void closeFile() override;
-  void abandonFile() override { open_.reset(); }
+  void finish() override {}
+  void abandon() override { open_.reset(); }
 
   // The next write fails, as on a full disk.
   void failNextWrite() { failing_ = true; }

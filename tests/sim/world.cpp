@@ -141,7 +141,7 @@ void World::powerOn(Target& target) {
 
 void World::restart(Target& target) {
   target.computer->host.remove(target.plan->mac);
-  target.store.abandonFile();
+  target.store.abandon();
   events_.after(random_.between(kSecond / 10, 20 * kSecond), [this, &target] { powerOn(target); });
 }
 

@@ -48,7 +48,7 @@ TEST_F(FullFolderStore, AWriteThatFailsIsToldAndTheFileDoesNotCount) {
     failure = failureOf([&] { write(content); });
   }
   EXPECT_EQ(failure, "Cannot write a.bdl");
-  store.abandonFile();
+  store.abandon();
   EXPECT_THAT(folder.names(), ElementsAre(".omniset-store"));
 }
 
@@ -67,7 +67,7 @@ TEST_F(FullFolderStore, ALastWriteThatFailsIsToldAndTheFileDoesNotCount) {
     });
   }
   EXPECT_EQ(failure, "Cannot write a.bdl");
-  store.abandonFile();
+  store.abandon();
   EXPECT_THAT(folder.names(), ElementsAre(".omniset-store", "a.bdl"));
   EXPECT_EQ(contentOf("a.bdl"), "old");
 }

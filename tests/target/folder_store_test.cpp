@@ -167,7 +167,7 @@ TEST_F(FolderStoreTest, AHalfReceivedFileDoesNotCount) {
   store.openFile("a.bdl", 1000);
   write("half");
   EXPECT_THAT(files(), IsEmpty());
-  store.abandonFile();
+  store.abandon();
   EXPECT_THAT(folder.names(), ElementsAre(".omniset-store"));
 }
 
@@ -177,7 +177,7 @@ TEST_F(FolderStoreTest, AHalfReceivedFileLeavesTheOldOneOfThatName) {
   store.openFile("a.bdl", 1000);
   write("half");
   EXPECT_EQ(contentOf("a.bdl"), "old");
-  store.abandonFile();
+  store.abandon();
   EXPECT_EQ(contentOf("a.bdl"), "old");
   EXPECT_THAT(folder.names(), ElementsAre(".omniset-store", "a.bdl"));
 }
@@ -205,7 +205,7 @@ TEST_F(FolderStoreTest, AFileWhileItIsReceivedDoesNotTouchAnotherOfAnyName) {
   put("a.bdl.part", "complete");
   store.openFile("a.bdl", 1000);
   write("half");
-  store.abandonFile();
+  store.abandon();
   EXPECT_EQ(contentOf("a.bdl.part"), "complete");
 }
 
@@ -223,8 +223,8 @@ TEST_F(FolderStoreTest, ARestartedStoreForgetsAFileThatACrashLeft) {
 TEST_F(FolderStoreTest, AbandonsNothingTwice) {
   store.beginPreparation(false);
   put("a.bdl", "1");
-  store.abandonFile();
-  store.abandonFile();
+  store.abandon();
+  store.abandon();
   EXPECT_THAT(files(), ElementsAre("a.bdl"));
 }
 

@@ -78,6 +78,14 @@ TEST_F(TargetFailing, AFileThatCannotBeClosedIsNotAcknowledged) {
   expectRestsThenAnnouncesAnew();
 }
 
+TEST_F(TargetFailing, AnInstallationThatCannotBeFinishedIsNotAcknowledged) {
+  reach(State::kAwaitingFile);
+  store.failing = "finish";
+  receive(fileHeader(2, "autorun.scr", 0));
+  expectFailed("Cannot finish");
+  expectRestsThenAnnouncesAnew();
+}
+
 TEST_F(TargetFailing, AFileThatCannotBeDroppedDoesNotHideTheReason) {
   reach(State::kReceiving);
   store.failing = "abandon";

@@ -37,7 +37,11 @@ struct FakeStore : TargetStore {
     note("close");
     failIf("close");
   }
-  void abandonFile() override {
+  void finish() override {
+    note("finish");
+    failIf("finish");
+  }
+  void abandon() override {
     note("abandon");
     failIf("abandon");
   }
@@ -64,7 +68,13 @@ struct FakeConsole : TargetConsole {
     speakers.push_back(target);
   }
 
+  void progress(const MacAddress& /*target*/, const std::string& file, std::int32_t stored,
+                std::int32_t size) override {
+    progresses.push_back(file + " " + std::to_string(stored) + "/" + std::to_string(size));
+  }
+
   std::vector<std::string> sentences;
+  std::vector<std::string> progresses;
   std::vector<MacAddress> speakers;
 };
 

@@ -141,8 +141,24 @@ TEST_F(TargetReceiving, AnEmptyScriptCompletesTheInstallation) {
   reach(State::kAwaitingFile);
   receive(fileHeader(2, "autorun.scr", 0));
   EXPECT_EQ(session.state(), State::kInstalled);
-  EXPECT_THAT(store.calls, ElementsAre("open autorun.scr 0", "close"));
+  EXPECT_THAT(store.calls, ElementsAre("open autorun.scr 0", "close", "finish"));
   expectAcknowledged(2);
+}
+
+TEST_F(TargetReceiving, TheInstallationCountsBeforeTheScriptIsAcknowledged) {
+  reach(State::kAwaitingFile);
+  store.onCall = [&] { EXPECT_THAT(takeSent(), IsEmpty()); };
+  receive(fileHeader(2, "autorun.scr", 0));
+  EXPECT_EQ(store.calls.back(), "finish");
+  expectAcknowledged(2);
+}
+
+TEST_F(TargetReceiving, EveryNewChunkIsProgress) {
+  reach(State::kReceiving);
+  receive(fileData(3, std::string(1452, 'x')));
+  receive(fileData(3, std::string(1452, 'x')));
+  receive(fileData(4, std::string(548, 'x')));
+  EXPECT_THAT(console.progresses, ElementsAre("system.bdl 1452/2000", "system.bdl 2000/2000"));
 }
 
 TEST_F(TargetReceiving, AcknowledgesTheRepeatedScriptWhenItIsInstalled) {

@@ -1,0 +1,78 @@
+#include "target/machine_facts.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace omniset {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t";
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t begin = text.find_first_not_of(kBlanks);
+  if (begin == std::string_view::npos) return {};
+  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+}
+
+// Cuts the first line off.
+std::string_view takeLine(std::string_view& text) {
+  const std::string_view line = text.substr(0, text.find('\n'));
+  text.remove_prefix(std::min(line.size() + 1, text.size()));
+  return line;
+}
+
+bool isWholeDisk(std::string_view name) {
+  if (!name.starts_with("sd") && !name.starts_with("vd")) return false;
+  return name.size() > 2 &&
+         std::all_of(name.begin() + 2, name.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+}
+
+}  // namespace
+
+std::string tableValue(std::string_view table, std::string_view key) {
+  while (!table.empty()) {
+    const std::string_view line = takeLine(table);
+    const std::size_t colon = line.find(':');
+    if (colon == std::string_view::npos || trimmed(line.substr(0, colon)) != key) continue;
+    return std::string(trimmed(line.substr(colon + 1)));
+  }
+  return {};
+}
+
+std::string describeMachine(std::string_view cpuInfo, std::string_view memInfo) {
+  std::string processor = tableValue(cpuInfo, "model name");
+  if (processor.empty()) processor = "unknown processor";
+  const long kilobytes = std::strtol(tableValue(memInfo, "MemTotal").c_str(), nullptr, 10);
+  return processor + ", " + std::to_string(kilobytes / 1024) + " MB";
+}
+
+std::vector<std::string> diskNames(std::string_view partitions) {
+  std::vector<std::string> names;
+  while (!partitions.empty()) {
+    const std::string_view line = trimmed(takeLine(partitions));
+    const std::string_view name = line.substr(line.find_last_of(kBlanks) + 1);
+    if (isWholeDisk(name)) names.emplace_back(name);
+  }
+  return names;
+}
+
+std::vector<std::string> interfaceNames(std::string_view netDev) {
+  std::vector<std::string> names;
+  while (!netDev.empty()) {
+    const std::string_view line = takeLine(netDev);
+    const std::size_t colon = line.find(':');
+    if (colon == std::string_view::npos) continue;
+    const std::string_view name = trimmed(line.substr(0, colon));
+    if (name != "lo") names.emplace_back(name);
+  }
+  return names;
+}
+
+// The loaders of disks and floppies say so on the kernel's command line.
+bool wasBootedFromMedium(std::string_view commandLine) {
+  return commandLine.find("load_ramdisk=1") != std::string_view::npos ||
+         commandLine.find("-hdd-install") != std::string_view::npos;
+}
+
+}  // namespace omniset

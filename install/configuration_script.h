@@ -5,11 +5,9 @@
 
 #include "core/temp_file.h"
 #include "install/router_record.h"
+#include "link/link_frame.h"
 
 namespace omniset {
-
-// The name under which the script reaches the target.
-constexpr const char* kScriptName = "autorun.scr";
 
 // The script that the record's address, netmask, gateway and baud rate make; empty without an
 // address. The baud rate belongs to the address block and is not written without one.

@@ -31,6 +31,10 @@ constexpr std::string_view kFile = "FILE";       // installer: file header
 constexpr std::string_view kKeep = "keep";       // second line of an offer: keep the configuration
 }  // namespace word
 
+// The configuration script, which the router runs once when it starts: the last file of an
+// installation.
+constexpr const char* kScriptName = "autorun.scr";
+
 struct FrameHeader {
   MacAddress source;
   MacAddress destination;  // the wildcard in announcements

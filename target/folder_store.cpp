@@ -1,10 +1,10 @@
 #include "target/folder_store.h"
 
-#include <algorithm>
 #include <fstream>
 #include <system_error>
 
 #include "core/error.h"
+#include "target/file_name.h"
 
 namespace omniset {
 
@@ -15,16 +15,6 @@ namespace {
 // Names of our own begin with a dot, names that are taken from the network never do.
 constexpr const char* kMark = ".omniset-store";
 constexpr const char* kPart = ".omniset-part";
-constexpr std::size_t kLongestName = 200;
-
-// The name comes from the network: it must name a file in the folder and nothing else.
-bool isSafeName(const std::string& name) {
-  if (name.empty() || name.size() > kLongestName || name[0] == '.') return false;
-  return std::none_of(name.begin(), name.end(), [](char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte < 0x20 || byte == 0x7F || c == '/' || c == '\\' || c == ':';
-  });
-}
 
 void deleteFiles(const fs::path& folder) {
   for (const auto& entry : fs::directory_iterator(folder)) {
@@ -56,7 +46,7 @@ fs::path FolderStore::partPath() const {
 
 void FolderStore::openFile(const std::string& name, std::int32_t size) {
   abandon();
-  if (!isSafeName(name)) throw Failure("A file of this name is not taken: " + name);
+  if (!isSafeFileName(name)) throw Failure("A file of this name is not taken: " + name);
   std::error_code unknown;
   if (fs::space(folder_, unknown).available < static_cast<std::uintmax_t>(size)) {
     throw Failure("Not enough space for " + name);

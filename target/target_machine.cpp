@@ -152,7 +152,7 @@ void TargetMachine::describeDisks(const std::string& disks) {
 }
 
 bool TargetMachine::mayReboot() const {
-  return engaged_ && engaged_->session->state() == TargetSession::State::kEnded;
+  return engaged() && engaged()->state() == TargetSession::State::kEnded;
 }
 
 }  // namespace omniset

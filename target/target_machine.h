@@ -29,6 +29,8 @@ class TargetMachine {
   TargetMachine(MachineFacts facts, NetworkCards& cards, const Clock& clock, TargetStore& store,
                 TargetConsole& console);
 
+  bool hasCards() const { return !ports_.empty(); }
+
   // One turn of the loop: watches the links, fires the timers that are due and takes the datagrams
   // that have come, waiting for one at most 200 ms. Failures of a card are told to the console.
   void step();
@@ -39,8 +41,8 @@ class TargetMachine {
   // What the disks line of the announcements says from now on.
   void describeDisks(const std::string& disks);
 
-  // An offer was taken and the installation that it began has not been given up.
-  bool isEngaged() const { return engaged_ != nullptr; }
+  // The session that has taken an offer, until its installation has come to nothing; else null.
+  const TargetSession* engaged() const { return engaged_ ? engaged_->session.get() : nullptr; }
   bool mayReboot() const;
 
  private:

@@ -24,8 +24,6 @@ constexpr Micros kLingering = 3 * kSecond;
 constexpr int kTerminationTries = 5;
 // The installer looks at the first 1024 bytes of an announcement, and the label comes last.
 constexpr std::size_t kLongestLine = 200;
-// With this file an installation is complete.
-constexpr std::string_view kLastFile = "autorun.scr";
 
 void makeLine(std::string& text) {
   text.resize(std::min(text.size(), kLongestLine));
@@ -276,7 +274,7 @@ void TargetSession::takeFileData(LinkFrame& frame, std::size_t received, Micros 
 
 void TargetSession::fileComplete(Micros now) {
   store_.closeFile();
-  if (receiver_.name() != kLastFile) {
+  if (receiver_.name() != kScriptName) {
     change(State::kAwaitingFile, now, kSecond);
     return;
   }

@@ -9,6 +9,9 @@ namespace omniset::sim {
 
 namespace {
 
+// Each waits on its cards by itself, which costs events; a crowd of them would be slow.
+constexpr int kMostPcs = 4;
+
 NetworkFaults chooseFaults(Random& random) {
   NetworkFaults faults;
   if (random.chance(0.1)) return faults;
@@ -81,6 +84,7 @@ Scenario Scenario::fromSeed(std::uint64_t seed, const PackageFolder& packages) {
     plan.cancels = chooseMoments(random, scenario.troubled ? 0.1 : 0, busy);
     plan.pressesKey = random.chance(0.1);
     plan.request = chooseRequest(random, packages, count > 20);
+    plan.isPc = count <= kMostPcs && random.chance(0.3);
     scenario.targets.push_back(std::move(plan));
   }
   return scenario;

@@ -29,6 +29,7 @@ struct TargetPlan {
   std::vector<Micros> restarts;    // moments at which the target starts over
   std::vector<Micros> diskFaults;  // moments after which one write fails
   std::vector<Micros> cancels;     // moments at which the operator cancels its session
+  bool isPc = false;               // runs the installer system, and has a disk
   bool pressesKey = false;         // someone presses a key once everything is installed
   RouterRecord request;            // parameters and packages, without address and announcement
 };

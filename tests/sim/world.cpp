@@ -4,11 +4,11 @@
 #include <memory>
 #include <optional>
 
+#include "hosted_target.h"
 #include "install/configuration_script.h"
 #include "install/router_installer.h"
-#include "memory_store.h"
 #include "patient_operator.h"
-#include "target/target_host.h"
+#include "pc_target.h"
 #include "tests/fakes/fake_network_interfaces.h"
 #include "tests/fakes/temp_folder.h"
 #include "unattended_operator.h"
@@ -24,23 +24,6 @@ constexpr Micros kLookAfter = 20 * kSecond;
 constexpr int kForgottenTurns = 5;
 constexpr Micros kTimeLimit = 24 * 3600 * kSecond;
 
-class SilentConsole : public TargetConsole {
- public:
-  void say(const MacAddress& /*target*/, const std::string& /*sentence*/) override {}
-};
-
-// One event loop with the targets on it.
-struct TargetComputer {
-  TargetComputer(SimNetwork& network, EventQueue& events)
-      : node(network, events),
-        endpoint(MacAddress{}, nullptr, kInstallPort, node.socket()),
-        host(endpoint, events) {}
-
-  SimNode node;
-  BroadcastEndpoint endpoint;
-  TargetHost host;
-};
-
 class World {
  public:
   World(const Scenario& scenario, const PackageFolder& packages);
@@ -49,15 +32,14 @@ class World {
  private:
   struct Target {
     const TargetPlan* plan;
-    TargetComputer* computer;
-    MemoryStore store;
+    std::unique_ptr<SimTarget> machine;
     int turnsForgotten = 0;  // how often it was seen installed without a session
   };
 
   std::unique_ptr<InstallOperator> makeOperator();
   void addTargets();
+  std::unique_ptr<SimTarget> makeTarget(const TargetPlan& plan);
   void schedule(Target& target);
-  void powerOn(Target& target);
   void restart(Target& target);
   void pollOperator();
   void pollKeyboard(Target& target);
@@ -77,7 +59,6 @@ class World {
   test::TempFolder scripts_;
   test::FakeTempFiles tempFiles_{scripts_};
   test::FakeNetworkInterfaces interfaces_{{{"eth0", kInstallerMac}}};
-  SilentConsole console_;
   SimNode installerNode_;
   std::vector<std::unique_ptr<TargetComputer>> computers_;
   std::map<MacAddress, Target> targets_;
@@ -109,22 +90,29 @@ std::unique_ptr<InstallOperator> World::makeOperator() {
 
 void World::addTargets() {
   for (const TargetPlan& plan : scenario_.targets) {
-    if (targets_.size() % static_cast<std::size_t>(scenario_.targetsPerComputer) == 0) {
-      computers_.push_back(std::make_unique<TargetComputer>(network_, events_));
-    }
-    Target target{&plan, computers_.back().get(), MemoryStore(events_, plan.preparationTime), 0};
+    Target target{&plan, makeTarget(plan), 0};
     schedule(targets_.emplace(plan.mac, std::move(target)).first->second);
   }
 }
 
+std::unique_ptr<SimTarget> World::makeTarget(const TargetPlan& plan) {
+  if (plan.isPc) return std::make_unique<PcTarget>(plan.mac, network_, events_, random_);
+  if (targets_.size() % static_cast<std::size_t>(scenario_.targetsPerComputer) == 0 ||
+      computers_.empty()) {
+    computers_.push_back(std::make_unique<TargetComputer>(network_, events_));
+  }
+  return std::make_unique<HostedTarget>(plan.mac, *computers_.back(), events_,
+                                        plan.preparationTime);
+}
+
 void World::schedule(Target& target) {
   const TargetPlan& plan = *target.plan;
-  events_.after(plan.powerOn, [this, &target] { powerOn(target); });
+  events_.after(plan.powerOn, [&target] { target.machine->powerOn(); });
   for (const Micros moment : plan.restarts) {
     events_.after(plan.powerOn + moment, [this, &target] { restart(target); });
   }
   for (const Micros moment : plan.diskFaults) {
-    events_.after(plan.powerOn + moment, [&target] { target.store.failNextWrite(); });
+    events_.after(plan.powerOn + moment, [&target] { target.machine->failNextWrite(); });
   }
   for (const Micros moment : plan.cancels) {
     events_.after(plan.powerOn + moment, [this, &plan] { operator_->cancel(plan.mac); });
@@ -133,23 +121,16 @@ void World::schedule(Target& target) {
   lookAfter(target);
 }
 
-void World::powerOn(Target& target) {
-  target.computer->host.add({target.plan->mac, "target", "machine", "disks"}, target.store,
-                            console_);
-  target.computer->node.wake();
-}
-
 void World::restart(Target& target) {
-  target.computer->host.remove(target.plan->mac);
-  target.store.abandon();
-  events_.after(random_.between(kSecond / 10, 20 * kSecond), [this, &target] { powerOn(target); });
+  target.machine->cutPower();
+  events_.after(random_.between(kSecond / 10, 20 * kSecond),
+                [&target] { target.machine->powerOn(); });
 }
 
 void World::pollKeyboard(Target& target) {
-  const TargetSession* session = target.computer->host.find(target.plan->mac);
+  const TargetSession* session = target.machine->session();
   if (session && session->state() == TargetSession::State::kInstalled) {
-    target.computer->host.keyPressed();
-    target.computer->node.wake();
+    target.machine->pressKey();
     return;
   }
   events_.after(kKeyboardPoll, [this, &target] { pollKeyboard(target); });
@@ -160,17 +141,17 @@ void World::pollKeyboard(Target& target) {
 void World::lookAfter(Target& target) {
   using State = TargetSession::State;
   const MacAddress& mac = target.plan->mac;
-  const TargetSession* session = target.computer->host.find(mac);
+  const TargetSession* session = target.machine->session();
   const bool installed =
       session && (session->state() == State::kInstalled || session->state() == State::kEnded);
   const bool forgotten = installed && operator_->isWaiting(mac);
   target.turnsForgotten = forgotten ? target.turnsForgotten + 1 : 0;
-  if (target.turnsForgotten == kForgottenTurns && target.store.files().contains(kScriptName)) {
+  if (target.turnsForgotten == kForgottenTurns && target.machine->files().contains(kScriptName)) {
     operator_->foundInstalled(mac);
     return;
   }
   // A stranger's word made it reboot with nothing installed: it boots the installer system again.
-  if (target.turnsForgotten == kForgottenTurns) powerOn(target);
+  if (target.turnsForgotten == kForgottenTurns) target.machine->powerOn();
   events_.after(kLookAfter, [this, &target] { lookAfter(target); });
 }
 
@@ -243,9 +224,10 @@ std::string World::inspect(const TargetPlan& plan, const RouterRecord& record) c
   }
   std::size_t total = 0;
   for (const auto& [name, content] : expected) total += content.size();
-  const MemoryStore& store = targets_.at(plan.mac).store;
-  if (store.files() != expected) return "the files differ from those sent";
-  if (store.keptConfiguration() != record.keepConfiguration) return "the offer was misunderstood";
+  const SimTarget& target = *targets_.at(plan.mac).machine;
+  if (target.files() != expected) return "the files differ from those sent";
+  if (target.keptConfiguration() != record.keepConfiguration) return "the offer was misunderstood";
+  if (!target.fault().empty()) return target.fault();
   const bool counted = record.status != RouterStatus::kReady;
   if (counted && record.bytesSent != static_cast<std::int32_t>(total)) {
     return "the bytes are miscounted";
@@ -255,9 +237,7 @@ std::string World::inspect(const TargetPlan& plan, const RouterRecord& record) c
 
 std::string World::run() {
   installerNode_.start([this] { installer_->step(); });
-  for (const auto& computer : computers_) {
-    computer->node.start([host = &computer->host] { host->step(kSecond); });
-  }
+  for (const auto& [mac, target] : targets_) target.machine->start();
   pollOperator();
   if (scenario_.foreignPerSecond > 0) sendForeign();
   const Micros end = events_.now() + kTimeLimit;

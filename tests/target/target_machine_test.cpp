@@ -139,7 +139,7 @@ TEST_F(TargetMachineTest, AnOfferOnOneCardSilencesTheOthers) {
   sentBy("eth0"), sentBy("eth1");
   offer("eth1", kSecondMac);
   run(5 * kSecond);
-  EXPECT_TRUE(machine->isEngaged());
+  EXPECT_TRUE(machine->engaged());
   EXPECT_THAT(sentBy("eth1"), Contains("YACK\n"));
   EXPECT_THAT(sentBy("eth0"), SizeIs(testing::Le(1)));
 }
@@ -161,10 +161,10 @@ TEST_F(TargetMachineTest, AllCardsAnnounceAgainWhenTheInstallationCameToNothing)
   run(kSecond);
   offer("eth1", kSecondMac);
   run(kSecond);
-  ASSERT_TRUE(machine->isEngaged());
+  ASSERT_TRUE(machine->engaged());
   sentBy("eth0"), sentBy("eth1");
   run(35 * kSecond);
-  EXPECT_FALSE(machine->isEngaged());
+  EXPECT_FALSE(machine->engaged());
   EXPECT_THAT(sentBy("eth0"), Contains(HasSubstr("DSCV")));
   EXPECT_THAT(sentBy("eth1"), Contains(HasSubstr("DSCV")));
 }
@@ -178,7 +178,7 @@ TEST_F(TargetMachineTest, AnOldOfferThatWaitedInAnotherCardIsNotTaken) {
   run(kSecond);
   offer("eth0", kFirstMac);
   run(35 * kSecond);
-  EXPECT_FALSE(machine->isEngaged());
+  EXPECT_FALSE(machine->engaged());
 }
 
 TEST_F(TargetMachineTest, FramesForOtherAddressesChangeNothing) {
@@ -188,7 +188,7 @@ TEST_F(TargetMachineTest, FramesForOtherAddressesChangeNothing) {
   offer("eth0", kStrangerMac);
   deliver("eth0", makeFrame(kInstallerMac, kNobody, 1, 1, "OFFR\n"));
   run(kSecond);
-  EXPECT_FALSE(machine->isEngaged());
+  EXPECT_FALSE(machine->engaged());
 }
 
 TEST_F(TargetMachineTest, ItMayRebootAfterTheRebootCommand) {
@@ -242,13 +242,13 @@ TEST_F(TargetMachineTest, ACardThatFailsDuringAnInstallationLetsTheDiskGo) {
   run(kSecond);
   offer("eth0", kFirstMac);
   run(kSecond);
-  ASSERT_TRUE(machine->isEngaged());
+  ASSERT_TRUE(machine->engaged());
   cards.networks.at("eth0")->failing = "receiveFrom";
   offer("eth0", kFirstMac);
   sentBy("eth1");
   run(2 * kSecond);
   EXPECT_THAT(store.calls, Contains("abandon"));
-  EXPECT_FALSE(machine->isEngaged());
+  EXPECT_FALSE(machine->engaged());
   EXPECT_THAT(sentBy("eth1"), Contains(HasSubstr("DSCV")));
 }
 

@@ -1,0 +1,33 @@
+#include "target/disk/disk_contents.h"
+
+#include "target/disk/fat_boot_sector.h"
+#include "target/disk/mark_file.h"
+#include "target/disk/volume_files.h"
+
+namespace omniset {
+
+DiskLayout readLayout(TargetDisk& disk) {
+  DiskLayout layout;
+  Sector sector{};
+  disk.readSectors(0, sector);
+  layout.isFatDisk = looksLikeFat(sector);
+  layout.partition = firstPartition(sector, disk.sectorCount());
+  if (!layout.partition) return layout;
+  disk.readSectors(layout.partition->first, sector);
+  layout.isOurs = isOurVolume(sector);
+  layout.holdsFat = looksLikeFat(sector);
+  return layout;
+}
+
+DiskContents readContents(const DiskLayout& layout, Volume& volume) {
+  const std::vector<VolumeEntry> entries = volume.list();
+  if (auto files = readMark(volume, entries)) {
+    const bool isWhole = !findMissing(entries, *files);
+    return {isWhole ? Installation::kComplete : Installation::kBrokenOff, std::move(*files)};
+  }
+  const bool hasBegun =
+      layout.isOurs || findFile(entries, kMarkName) || findFile(entries, kPartName);
+  return {hasBegun ? Installation::kBrokenOff : Installation::kNone, {}};
+}
+
+}  // namespace omniset

@@ -1,0 +1,65 @@
+#include "target/disk/disk_inspection.h"
+
+#include <exception>
+
+#include "target/disk/size_text.h"
+
+namespace omniset {
+
+namespace {
+
+constexpr int kSlicesPerStep = 4;
+
+}  // namespace
+
+bool DiskInspection::step() {
+  if (isDone_) return true;
+  try {
+    volume_ ? readSlices() : openVolume();
+  } catch (const std::exception&) {
+    end();
+  }
+  return isDone_;
+}
+
+void DiskInspection::openVolume() {
+  const DiskLayout layout = readLayout(disk_);
+  if (layout.isOurs) found_ = Installation::kBrokenOff;
+  if (!layout.holdsFat) return end();
+  volume_ = disk_.mount(TargetDisk::Place::kFirstPartition, TargetDisk::Access::kReadOnly);
+  DiskContents contents = readContents(layout, *volume_);
+  found_ = contents.installation;
+  if (found_ != Installation::kComplete) return end();
+  // Until all is read.
+  found_ = Installation::kBrokenOff;
+  files_ = std::move(contents.files);
+}
+
+void DiskInspection::readSlices() {
+  for (int slice = 0; slice < kSlicesPerStep; ++slice) {
+    if (next_ == files_.size()) {
+      found_ = Installation::kComplete;
+      return end();
+    }
+    if (!check_) check_ = std::make_unique<FileCheck>(volume_->open(files_[next_].name));
+    if (check_->step()) continue;
+    const bool isWhole = check_->size() == files_[next_].size && check_->crc() == files_[next_].crc;
+    check_.reset();
+    ++next_;
+    if (!isWhole) return end();
+  }
+}
+
+void DiskInspection::end() {
+  isDone_ = true;
+  check_.reset();
+  volume_.reset();
+}
+
+std::string DiskInspection::text() const {
+  std::string text = disk_.name() + " " + sizeText(disk_.sectorCount());
+  if (found_ == Installation::kComplete) return text + ", installed";
+  return isDone_ && found_ == Installation::kBrokenOff ? text + ", installation broke off" : text;
+}
+
+}  // namespace omniset

@@ -1,0 +1,25 @@
+// Names of files that come from the network, and how names are compared on a target's disk.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace omniset {
+
+constexpr std::size_t kLongestFileName = 200;
+
+// Names a file in a folder and nothing else: not a path, not hidden, no control characters.
+bool isSafeFileName(std::string_view name);
+
+// A safe name that a FAT volume can hold on any system, and that is not one of those that FAT gives
+// itself to long names ("SYSTEM~1.BDL").
+bool isFatFileName(std::string_view name);
+
+// Equal but for case, of the letters of Latin-1 too: so a FAT volume compares.
+bool isSameFileName(std::string_view a, std::string_view b);
+
+// Equal for names that are the same.
+std::string foldedFileName(std::string_view name);
+
+}  // namespace omniset

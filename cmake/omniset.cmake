@@ -1,6 +1,7 @@
 # Settings and helpers shared by every folder of the project.
 
 option(OMNISET_PROGRAMS "Build the command line and the target agent" ON)
+option(OMNISET_AGENT "Build the agent of the installer system (by payload/)" OFF)
 option(OMNISET_TESTS "Build the tests" ON)
 option(OMNISET_FUZZ "Build the fuzz targets (clang)" OFF)
 option(OMNISET_BENCH "Build the benchmarks" OFF)

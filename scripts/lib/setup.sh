@@ -10,8 +10,13 @@ NATIVE_PACKAGES=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-de
 NETWORK_PACKAGES=(iproute2)
 WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest wine wine64)
 SCREEN_PACKAGES=(xvfb xauth openbox imagemagick fonts-wine fonts-liberation)
+# Virtual PCs, and what reads their disks.
+VM_PACKAGES=(qemu-system-x86 ipxe-qemu seabios mtools dosfstools fdisk)
 CHECK_PACKAGES=(git clang-format)
 FUZZ_PACKAGES=(clang libclang-rt-14-dev)
+# The installer system: kernel, boot code and the 32-bit agent.
+PAYLOAD_PACKAGES=(linux-source-6.1 gcc make flex bison bc xz-utils nasm libarchive-tools
+  lib32gcc-12-dev lib32stdc++-12-dev)
 }
 
 say() { printf '%s\n' "$*"; }
@@ -49,6 +54,9 @@ need() {
   }
 }
 
+# What a build says to the person who waits, for minutes where a kernel is built.
+BUILD_NEWS='^(Building the kernel|  kernel: |The kernel has|Waiting for another build)'
+
 # build PRESET [TARGET...]: configures, and builds what changed.
 build() {
   local preset=$1 log="$BUILD/$1.log" targets=()
@@ -56,11 +64,12 @@ build() {
   [ $# -gt 0 ] && targets=(--target "$@")
   say "Building ($preset) ..."
   { cmake -S "$TOP" --preset "$preset" &&
-    cmake --build "$BUILD/$preset" "${targets[@]}"; } >"$log" 2>&1 || {
-    grep -E 'error|FAILED' -A 8 "$log" | head -n 60 >&2
-    tail -n 5 "$log" >&2
-    return 1
-  }
+    cmake --build "$BUILD/$preset" "${targets[@]}"; } 2>&1 |
+    tee "$log" | grep -E --line-buffered "$BUILD_NEWS"
+  [ "${PIPESTATUS[0]}" -eq 0 ] && return 0
+  grep -E 'error|FAILED' -A 8 "$log" | head -n 60 >&2
+  tail -n 5 "$log" >&2
+  return 1
 }
 
 TOP=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)

@@ -1,0 +1,29 @@
+// A file descriptor that closes itself.
+#pragma once
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace omniset {
+
+class Descriptor {
+ public:
+  explicit Descriptor(int number = -1) : number_(number) {}
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(number_, other.number_);
+    return *this;
+  }
+  ~Descriptor() {
+    if (number_ >= 0) close(number_);
+  }
+
+  int get() const { return number_; }
+  bool isOpen() const { return number_ >= 0; }
+
+ private:
+  int number_;
+};
+
+}  // namespace omniset

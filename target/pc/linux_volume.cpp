@@ -1,0 +1,144 @@
+#include "target/pc/linux_volume.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "target/pc/system_files.h"
+
+namespace omniset {
+
+namespace {
+
+constexpr const char* kMountPoint = "/volume";
+// Names come back as they were given; in the short form FAT keeps their case in two flags.
+constexpr const char* kOptions = "codepage=437,iocharset=iso8859-1,shortname=mixed";
+constexpr unsigned long kFlags = MS_NOATIME | MS_NOSUID | MS_NODEV | MS_NOEXEC;
+
+struct FolderCloser {
+  void operator()(DIR* folder) const { closedir(folder); }
+};
+
+class LinuxVolumeFile : public VolumeFile {
+ public:
+  LinuxVolumeFile(std::string title, Descriptor file)
+      : title_(std::move(title)), file_(std::move(file)) {}
+
+  std::size_t read(std::span<std::uint8_t> into) override {
+    std::size_t done = 0;
+    while (done < into.size()) {
+      const ssize_t length = ::read(file_.get(), into.data() + done, into.size() - done);
+      if (length < 0) failWithReason("Cannot read " + title_);
+      if (length == 0) break;
+      done += static_cast<std::size_t>(length);
+    }
+    return done;
+  }
+
+  void write(std::span<const std::uint8_t> from) override {
+    std::size_t done = 0;
+    while (done < from.size()) {
+      const ssize_t length = ::write(file_.get(), from.data() + done, from.size() - done);
+      if (length < 0) failWithReason("Cannot write " + title_);
+      done += static_cast<std::size_t>(length);
+    }
+  }
+
+  void sync() override {
+    if (fsync(file_.get()) < 0) failWithReason("Cannot write " + title_);
+  }
+
+ private:
+  std::string title_;
+  Descriptor file_;
+};
+
+}  // namespace
+
+LinuxVolume::LinuxVolume(std::string disk, const std::string& device, TargetDisk::Access access)
+    : disk_(std::move(disk)) {
+  mkdir(kMountPoint, 0700);
+  const unsigned long access_flag = access == TargetDisk::Access::kReadOnly ? MS_RDONLY : 0;
+  if (mount(device.c_str(), kMountPoint, "vfat", kFlags | access_flag, kOptions) < 0) {
+    failWithReason("The disk " + disk_ + " has no FAT volume that can be used");
+  }
+  root_ = Descriptor(::open(kMountPoint, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (root_.isOpen()) return;
+  const int reason = errno;
+  umount(kMountPoint);
+  errno = reason;
+  failWithReason("The volume of the disk " + disk_ + " cannot be read");
+}
+
+LinuxVolume::~LinuxVolume() {
+  if (!root_.isOpen()) return;
+  root_ = Descriptor();
+  umount(kMountPoint);
+}
+
+std::vector<VolumeEntry> LinuxVolume::list() {
+  const std::unique_ptr<DIR, FolderCloser> folder(opendir(kMountPoint));
+  if (!folder) failWithReason("The volume of the disk " + disk_ + " cannot be read");
+  std::vector<VolumeEntry> entries;
+  errno = 0;
+  while (const dirent* entry = readdir(folder.get())) {
+    const std::string name = entry->d_name;
+    struct stat facts {};
+    if (name != "." && name != ".." && fstatat(root_.get(), entry->d_name, &facts, 0) == 0) {
+      entries.push_back({name, static_cast<std::uint64_t>(facts.st_size), S_ISDIR(facts.st_mode)});
+    }
+    errno = 0;
+  }
+  if (errno != 0) failWithReason("The volume of the disk " + disk_ + " cannot be read");
+  return entries;
+}
+
+std::uint64_t LinuxVolume::freeBytes() {
+  struct statvfs facts {};
+  if (fstatvfs(root_.get(), &facts) < 0) {
+    failWithReason("The free space of the disk " + disk_ + " is unknown");
+  }
+  return std::uint64_t{facts.f_bavail} * facts.f_bsize;
+}
+
+std::unique_ptr<VolumeFile> LinuxVolume::open(const std::string& name) {
+  Descriptor file(openat(root_.get(), name.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file.isOpen()) failWithReason("Cannot read " + name + " on the disk " + disk_);
+  return std::make_unique<LinuxVolumeFile>(name + " on the disk " + disk_, std::move(file));
+}
+
+std::unique_ptr<VolumeFile> LinuxVolume::create(const std::string& name) {
+  Descriptor file(
+      openat(root_.get(), name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+  if (!file.isOpen()) failToWrite(name);
+  return std::make_unique<LinuxVolumeFile>(name + " on the disk " + disk_, std::move(file));
+}
+
+void LinuxVolume::rename(const std::string& from, const std::string& to) {
+  if (renameat(root_.get(), from.c_str(), root_.get(), to.c_str()) < 0) failToWrite(to);
+}
+
+void LinuxVolume::remove(const std::string& name) {
+  if (unlinkat(root_.get(), name.c_str(), 0) < 0) failToWrite(name);
+}
+
+void LinuxVolume::sync() {
+  if (syncfs(root_.get()) < 0) failWithReason("The disk " + disk_ + " cannot be written");
+}
+
+void LinuxVolume::unmount() {
+  root_ = Descriptor();
+  if (umount(kMountPoint) < 0) failWithReason("The disk " + disk_ + " cannot be let go");
+}
+
+void LinuxVolume::failToWrite(const std::string& name) const {
+  failWithReason("Cannot write " + name + " on the disk " + disk_);
+}
+
+}  // namespace omniset

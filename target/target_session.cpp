@@ -139,6 +139,7 @@ void TargetSession::fail(const std::string& reason, Micros now) {
 }
 
 void TargetSession::restart(Micros now) {
+  if (state_ == State::kFailed) say("Announcing again.");
   store_.abandon();
   connection_.reset();
   connection_.local = identity_.mac;

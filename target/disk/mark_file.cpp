@@ -12,7 +12,6 @@ namespace {
 void writeText(Volume& volume, const char* name, std::string_view text) {
   const auto file = volume.create(name);
   file->write({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
-  file->sync();
 }
 
 }  // namespace
@@ -31,7 +30,6 @@ void writeBegunMark(Volume& volume) {
 }
 
 void writeMark(Volume& volume, const MarkedFiles& files) {
-  volume.sync();
   writeText(volume, kPartName, makeMark(files));
   volume.sync();
   volume.rename(kPartName, kMarkName);

@@ -15,8 +15,8 @@ std::optional<MarkedFiles> readMark(Volume& volume, const std::vector<VolumeEntr
 // From when this returns no installation counts on the volume, until writeMark() has returned.
 void writeBegunMark(Volume& volume);
 
-// Writes all that was written to the volume to the medium first, then the mark: it is never there
-// without the files.
+// The mark gets its name when it and all else that was written to the volume is on the medium: it
+// is never there without the files.
 void writeMark(Volume& volume, const MarkedFiles& files);
 
 }  // namespace omniset

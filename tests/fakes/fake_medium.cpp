@@ -7,6 +7,12 @@
 
 namespace omniset::test {
 
+namespace {
+
+constexpr std::size_t kClusterSize = 2048;
+
+}  // namespace
+
 Sector FakeMedium::sector(std::uint64_t number) const {
   const auto found = now_.sectors.find(number);
   return found == now_.sectors.end() ? Sector{} : found->second;
@@ -44,30 +50,44 @@ void FakeMedium::make(Change change) {
 }
 
 void FakeMedium::apply(FakeImage& image, const Change& change) {
-  std::string& content = image.contents[change.content];
   switch (change.kind) {
     case Kind::kSector:
-      if (change.sector == Sector{}) {
-        image.sectors.erase(change.place);
-      } else {
-        image.sectors[change.place] = change.sector;
-      }
-      std::erase_if(image.volumes,
-                    [&](const auto& volume) { return change.place >= volume.first; });
-      return;
+      return applySector(image, change.place, change.sector);
     case Kind::kEntry:
       image.volumes[change.place].entries[foldedFileName(change.entry.name)] = change.entry;
       return;
     case Kind::kNoEntry:
       image.volumes[change.place].entries.erase(foldedFileName(change.bytes));
       return;
-    case Kind::kContent:
+    case Kind::kContent: {
+      std::string& content = image.contents[change.content];
       content.resize(std::max(content.size(), change.at + change.bytes.size()));
       content.replace(change.at, change.bytes.size(), change.bytes);
       return;
+    }
     case Kind::kNoContent:
-      content.clear();
+      image.contents[change.content].clear();
       return;
+  }
+}
+
+void FakeMedium::applySector(FakeImage& image, std::uint64_t number, const Sector& bytes) {
+  if (bytes == Sector{}) {
+    image.sectors.erase(number);
+  } else {
+    image.sectors[number] = bytes;
+  }
+  image.volumes.erase(number);
+  for (const auto& [first, folder] : image.volumes) {
+    if (number > first) loseTables(image, folder);
+  }
+}
+
+// What is left of files is what the folder itself leads to.
+void FakeMedium::loseTables(FakeImage& image, const FakeFolder& folder) {
+  for (const auto& [name, entry] : folder.entries) {
+    std::string& content = image.contents[entry.content];
+    content.resize(std::min(content.size(), kClusterSize));
   }
 }
 

@@ -36,7 +36,8 @@ class FakeMedium {
   const FakeImage& now() const { return now_; }
 
   Sector sector(std::uint64_t number) const;
-  // A write behind the first sector of a volume wrecks it: its folder is empty then.
+  // A write to the first sector of a volume makes it an empty one; one behind it stands for a write
+  // to its tables, which takes all of its files but their first clusters.
   void writeSector(std::uint64_t number, const Sector& bytes);
   void syncSectors();
 
@@ -65,6 +66,8 @@ class FakeMedium {
   };
 
   static void apply(FakeImage& image, const Change& change);
+  static void applySector(FakeImage& image, std::uint64_t number, const Sector& bytes);
+  static void loseTables(FakeImage& image, const FakeFolder& folder);
   void make(Change change);
   template <class Which>
   void sync(Which which);

@@ -79,6 +79,14 @@ TEST_F(DiskPreparationTest, RecognisesAnInstallationOfWhichAFileIsMissing) {
   EXPECT_THAT(said[0], HasSubstr("broke off"));
 }
 
+TEST_F(DiskPreparationTest, RecognisesAnInstallationWithAFileOfAnotherSize) {
+  install({{"a.bdl", "1"}});
+  disk.putFile(kPartitionAt, "a.bdl", "12");
+  said.clear();
+  store->beginPreparation(false);
+  EXPECT_THAT(said[0], HasSubstr("broke off"));
+}
+
 TEST_F(DiskPreparationTest, AVolumeThatCannotBeReadIsErasedAllTheSame) {
   install({{"a.bdl", "1"}});
   disks.faults.restart();

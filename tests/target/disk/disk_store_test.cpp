@@ -78,7 +78,7 @@ TEST_F(DiskStoreTest, AnotherFileMakesItIncompleteUntilItIsFinishedAgain) {
 TEST_F(DiskStoreTest, AnotherFileThatCannotBeTakenIsNotForgotten) {
   install({{"a.bdl", "1"}});
   disks.faults.restart();
-  disks.faults.failAt = 3;  // mount, create, write, sync
+  disks.faults.failAt = 3;  // mount, create, write, sync of the volume
   EXPECT_NE(failureOf([&] { store->openFile("b.bdl", 1); }), "none");
   EXPECT_FALSE(mark());
   store->finish();
@@ -154,6 +154,23 @@ TEST_F(DiskStoreTest, DoesNotFinishWhenAFileIsNotThereAsItWasWritten) {
   EXPECT_EQ(failureOf([&] { store->finish(); }), "a.bdl is not on disk sda as it was written.");
   store->abandon();
   EXPECT_EQ(inspect(), Installation::kBrokenOff);
+}
+
+TEST_F(DiskStoreTest, DoesNotFinishWhenAFileHasAnotherSize) {
+  store->beginPreparation(false);
+  put("a.bdl", "1");
+  disk.putFile(kPartitionAt, "a.bdl", "12");
+  EXPECT_EQ(failureOf([&] { store->finish(); }), "a.bdl is not on disk sda as it was written.");
+}
+
+// A disk that fails is told with the file for which it failed.
+TEST_F(DiskStoreTest, EachFileIsOnTheDiskBeforeItGetsItsName) {
+  store->beginPreparation(false);
+  disks.faults.restart();
+  put("a.bdl", "1");
+  EXPECT_THAT(disks.faults.log,
+              ElementsAre("sda free", "sda create omniset.tmp", "sda write omniset.tmp",
+                          "sda sync omniset.tmp", "sda rename a.bdl"));
 }
 
 TEST_F(DiskStoreTest, WithoutAPreparationNothingIsTaken) {

@@ -280,7 +280,7 @@ void TargetSession::fileComplete(Micros now) {
     return;
   }
   store_.finish();
-  say("Everything is installed. Waiting for the reboot command; press a key to reboot now.");
+  say("All is installed. Waiting for the reboot command; press a key to reboot now.");
   change(State::kInstalled, now, kSecond);
 }
 

@@ -23,7 +23,7 @@ DiskContents readContents(const DiskLayout& layout, Volume& volume) {
   const std::vector<VolumeEntry> entries = volume.list();
   if (auto files = readMark(volume, entries)) {
     const bool isWhole = !findMissing(entries, *files);
-    return {isWhole ? Installation::kComplete : Installation::kBrokenOff, std::move(*files)};
+    return {isWhole ? Installation::kComplete : Installation::kNotWhole, std::move(*files)};
   }
   const bool hasBegun =
       layout.isOurs || findFile(entries, kMarkName) || findFile(entries, kPartName);

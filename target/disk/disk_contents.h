@@ -22,7 +22,9 @@ struct DiskLayout {
 // Reads two sectors at most. Raises what the disk raises.
 DiskLayout readLayout(TargetDisk& disk);
 
-enum class Installation { kNone, kBrokenOff, kComplete };
+// Not whole: it was complete, and one of its files is no more what it was; the script often, once
+// the router has run it.
+enum class Installation { kNone, kBrokenOff, kNotWhole, kComplete };
 
 // What the root folder of the volume in the partition tells. Complete means that all files of the
 // mark are there with their sizes; their contents are not read.

@@ -10,6 +10,20 @@ namespace {
 
 constexpr int kSlicesPerStep = 4;
 
+const char* suffix(Installation installation) {
+  switch (installation) {
+    case Installation::kNone:
+      break;
+    case Installation::kBrokenOff:
+      return ", installation broke off";
+    case Installation::kNotWhole:
+      return ", installed, not whole any more";
+    case Installation::kComplete:
+      return ", installed";
+  }
+  return "";
+}
+
 }  // namespace
 
 bool DiskInspection::step() {
@@ -31,7 +45,7 @@ void DiskInspection::openVolume() {
   found_ = contents.installation;
   if (found_ != Installation::kComplete) return end();
   // Until all is read.
-  found_ = Installation::kBrokenOff;
+  found_ = Installation::kNotWhole;
   files_ = std::move(contents.files);
 }
 
@@ -57,9 +71,8 @@ void DiskInspection::end() {
 }
 
 std::string DiskInspection::text() const {
-  std::string text = disk_.name() + " " + sizeText(disk_.sectorCount());
-  if (found_ == Installation::kComplete) return text + ", installed";
-  return isDone_ && found_ == Installation::kBrokenOff ? text + ", installation broke off" : text;
+  const std::string text = disk_.name() + " " + sizeText(disk_.sectorCount());
+  return isDone_ ? text + suffix(found_) : text;
 }
 
 }  // namespace omniset

@@ -43,6 +43,8 @@ void DiskPreparation::sayWhatIsThere(const DiskContents& contents) {
       return tell("no installation is on it.");
     case Installation::kBrokenOff:
       return tell("the installation on it broke off; it is installed anew.");
+    case Installation::kNotWhole:
+      return tell("the installation on it is not whole any more; it is installed anew.");
     case Installation::kComplete:
       return tell("an installation of " + std::to_string(contents.files.size()) +
                   " files is on it; it is installed anew.");

@@ -12,6 +12,14 @@
 
 namespace omniset {
 
+namespace {
+
+// So that the wait at the end of a file is short on a slow disk too: the installer takes a target
+// that does not answer for long as gone.
+constexpr std::size_t kMostUnsynced = 4 * 1024 * 1024;
+
+}  // namespace
+
 DiskStore::DiskStore(TargetDisks& disks, Say say, BootCode bootCode, bool bootedFromMedium,
                      DrawNumber drawNumber)
     : disks_(disks),
@@ -47,7 +55,7 @@ void DiskStore::openFile(const std::string& name, std::int32_t size) {
   if (files_.size() == kMostMarkedFiles) throw Failure("Too many files; the next is " + name);
   volume();
   dropIncoming();
-  Incoming incoming{name, static_cast<std::uint32_t>(size), nullptr, 0, {}};
+  Incoming incoming{name, static_cast<std::uint32_t>(size), nullptr, 0, 0, {}};
   if (!staysAsItIs(name, size)) {
     requireSpace(name, incoming.size);
     incoming.file = volume_->create(kPartName);
@@ -74,6 +82,10 @@ void DiskStore::write(std::span<const std::uint8_t> bytes) {
   incoming_->file->write(bytes);
   incoming_->crc.add(bytes);
   incoming_->written += bytes.size();
+  incoming_->unsynced += bytes.size();
+  if (incoming_->unsynced < kMostUnsynced) return;
+  incoming_->file->sync();
+  incoming_->unsynced = 0;
 }
 
 void DiskStore::closeFile() {

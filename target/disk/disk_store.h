@@ -40,6 +40,7 @@ class DiskStore : public TargetStore {
     std::uint32_t size = 0;
     std::unique_ptr<VolumeFile> file;  // none when the one that is there stays
     std::uint64_t written = 0;
+    std::size_t unsynced = 0;  // bytes that may still be in memory alone
     Crc32 crc;
   };
 

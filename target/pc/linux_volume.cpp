@@ -21,20 +21,25 @@ constexpr const char* kMountPoint = "/volume";
 constexpr const char* kOptions = "codepage=437,iocharset=iso8859-1,shortname=mixed";
 constexpr unsigned long kFlags = MS_NOATIME | MS_NOSUID | MS_NODEV | MS_NOEXEC;
 
+// Without the file's name: while it is written it has one that says nothing.
+[[noreturn]] void failToWrite(const std::string& disk) {
+  failWithReason("Cannot write to the disk " + disk);
+}
+
 struct FolderCloser {
   void operator()(DIR* folder) const { closedir(folder); }
 };
 
 class LinuxVolumeFile : public VolumeFile {
  public:
-  LinuxVolumeFile(std::string title, Descriptor file)
-      : title_(std::move(title)), file_(std::move(file)) {}
+  LinuxVolumeFile(const std::string& disk, const std::string& name, Descriptor file)
+      : disk_(disk), name_(name), file_(std::move(file)) {}
 
   std::size_t read(std::span<std::uint8_t> into) override {
     std::size_t done = 0;
     while (done < into.size()) {
       const ssize_t length = ::read(file_.get(), into.data() + done, into.size() - done);
-      if (length < 0) failWithReason("Cannot read " + title_);
+      if (length < 0) failWithReason("Cannot read " + name_ + " on the disk " + disk_);
       if (length == 0) break;
       done += static_cast<std::size_t>(length);
     }
@@ -45,17 +50,18 @@ class LinuxVolumeFile : public VolumeFile {
     std::size_t done = 0;
     while (done < from.size()) {
       const ssize_t length = ::write(file_.get(), from.data() + done, from.size() - done);
-      if (length < 0) failWithReason("Cannot write " + title_);
+      if (length < 0) failToWrite(disk_);
       done += static_cast<std::size_t>(length);
     }
   }
 
   void sync() override {
-    if (fsync(file_.get()) < 0) failWithReason("Cannot write " + title_);
+    if (fsync(file_.get()) < 0) failToWrite(disk_);
   }
 
  private:
-  std::string title_;
+  std::string disk_;
+  std::string name_;
   Descriptor file_;
 };
 
@@ -110,35 +116,31 @@ std::uint64_t LinuxVolume::freeBytes() {
 std::unique_ptr<VolumeFile> LinuxVolume::open(const std::string& name) {
   Descriptor file(openat(root_.get(), name.c_str(), O_RDONLY | O_CLOEXEC));
   if (!file.isOpen()) failWithReason("Cannot read " + name + " on the disk " + disk_);
-  return std::make_unique<LinuxVolumeFile>(name + " on the disk " + disk_, std::move(file));
+  return std::make_unique<LinuxVolumeFile>(disk_, name, std::move(file));
 }
 
 std::unique_ptr<VolumeFile> LinuxVolume::create(const std::string& name) {
   Descriptor file(
       openat(root_.get(), name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
-  if (!file.isOpen()) failToWrite(name);
-  return std::make_unique<LinuxVolumeFile>(name + " on the disk " + disk_, std::move(file));
+  if (!file.isOpen()) failToWrite(disk_);
+  return std::make_unique<LinuxVolumeFile>(disk_, name, std::move(file));
 }
 
 void LinuxVolume::rename(const std::string& from, const std::string& to) {
-  if (renameat(root_.get(), from.c_str(), root_.get(), to.c_str()) < 0) failToWrite(to);
+  if (renameat(root_.get(), from.c_str(), root_.get(), to.c_str()) < 0) failToWrite(disk_);
 }
 
 void LinuxVolume::remove(const std::string& name) {
-  if (unlinkat(root_.get(), name.c_str(), 0) < 0) failToWrite(name);
+  if (unlinkat(root_.get(), name.c_str(), 0) < 0) failToWrite(disk_);
 }
 
 void LinuxVolume::sync() {
-  if (syncfs(root_.get()) < 0) failWithReason("The disk " + disk_ + " cannot be written");
+  if (syncfs(root_.get()) < 0) failToWrite(disk_);
 }
 
 void LinuxVolume::unmount() {
   root_ = Descriptor();
   if (umount(kMountPoint) < 0) failWithReason("The disk " + disk_ + " cannot be let go");
-}
-
-void LinuxVolume::failToWrite(const std::string& name) const {
-  failWithReason("Cannot write " + name + " on the disk " + disk_);
 }
 
 }  // namespace omniset

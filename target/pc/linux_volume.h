@@ -26,8 +26,6 @@ class LinuxVolume : public Volume {
   void unmount() override;
 
  private:
-  [[noreturn]] void failToWrite(const std::string& name) const;
-
   std::string disk_;
   Descriptor root_;
 };

@@ -35,7 +35,7 @@ inline std::string stateName(const ::testing::TestParamInfo<State>& instance) {
 }
 
 constexpr const char* kInstalledSentence =
-    "Everything is installed. Waiting for the reboot command; press a key to reboot now.";
+    "All is installed. Waiting for the reboot command; press a key to reboot now.";
 
 inline LinkFrame offer(std::string_view text = "OFFR\n") {
   return makeFrame(kInstallerMac, kTargetMac, 1, 1, text);

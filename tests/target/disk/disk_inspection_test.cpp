@@ -66,19 +66,19 @@ TEST_F(DiskInspectionTest, AVolumeOfOthers) {
 TEST_F(DiskInspectionTest, AFileThatIsMissing) {
   install({{"a.bdl", "1"}, {"b.bdl", "2"}});
   disk.medium.removeEntry(kPartitionAt, "b.bdl");
-  EXPECT_EQ(inspected(), "sda 64 MB, installation broke off");
+  EXPECT_EQ(inspected(), "sda 64 MB, installed, not whole any more");
 }
 
 TEST_F(DiskInspectionTest, AFileOfAnotherSize) {
   install({{"a.bdl", "1"}, {"b.bdl", "2"}});
   spoil("b.bdl", "22");
-  EXPECT_EQ(inspected(), "sda 64 MB, installation broke off");
+  EXPECT_EQ(inspected(), "sda 64 MB, installed, not whole any more");
 }
 
 TEST_F(DiskInspectionTest, AFileOfAnotherContent) {
   install({{"a.bdl", "1"}, {"b.bdl", std::string(600'000, 'b')}, {"c.bdl", "3"}});
   spoil("b.bdl", std::string(599'999, 'b') + "c");
-  EXPECT_EQ(inspected(), "sda 64 MB, installation broke off");
+  EXPECT_EQ(inspected(), "sda 64 MB, installed, not whole any more");
 }
 
 TEST_F(DiskInspectionTest, FilesBesideDoNotMatter) {
@@ -131,8 +131,11 @@ TEST_F(DiskInspectionTest, ADiskThatFailsIsNotInstalled) {
   for (int i = 0; i < operations; ++i) {
     disks.faults.restart();
     disks.faults.failAt = i;
-    // Before the boot sector is read nothing is known.
-    EXPECT_EQ(inspected(), i < 2 ? "sda 64 MB" : "sda 64 MB, installation broke off") << i;
+    // What is known grows with the boot sector, then with the mark.
+    EXPECT_EQ(inspected(), i < 2   ? "sda 64 MB"
+                           : i < 6 ? "sda 64 MB, installation broke off"
+                                   : "sda 64 MB, installed, not whole any more")
+        << i;
   }
 }
 

@@ -76,7 +76,7 @@ TEST_F(DiskPreparationTest, RecognisesAnInstallationOfWhichAFileIsMissing) {
   disk.medium.syncFiles();
   said.clear();
   store->beginPreparation(false);
-  EXPECT_THAT(said[0], HasSubstr("broke off"));
+  EXPECT_THAT(said[0], HasSubstr("not whole any more"));
 }
 
 TEST_F(DiskPreparationTest, RecognisesAnInstallationWithAFileOfAnotherSize) {
@@ -84,7 +84,7 @@ TEST_F(DiskPreparationTest, RecognisesAnInstallationWithAFileOfAnotherSize) {
   disk.putFile(kPartitionAt, "a.bdl", "12");
   said.clear();
   store->beginPreparation(false);
-  EXPECT_THAT(said[0], HasSubstr("broke off"));
+  EXPECT_THAT(said[0], HasSubstr("not whole any more"));
 }
 
 TEST_F(DiskPreparationTest, AVolumeThatCannotBeReadIsErasedAllTheSame) {

@@ -9,6 +9,7 @@
 namespace omniset::test {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -44,6 +45,14 @@ TEST_F(DiskStoreTest, CountsOnlyWhenItIsFinished) {
   EXPECT_FALSE(mark());
   store->abandon();
   EXPECT_EQ(inspect(), Installation::kBrokenOff);
+}
+
+// What waits in memory at the end of a file is not more than a slow disk writes in time.
+TEST_F(DiskStoreTest, ALargeFileIsSyncedWhileItComes) {
+  store->beginPreparation(false);
+  disks.faults.restart();
+  put("large.bdl", std::string(10'000'000, 'x'));
+  EXPECT_THAT(disks.faults.log, Contains("sda sync omniset.tmp").Times(3));
 }
 
 TEST_F(DiskStoreTest, FinishesTwice) {

@@ -17,4 +17,7 @@ struct TransferResult {
 TransferResult installTargets(const std::string& interfaceName, const std::string& packagesFolder,
                               const std::string& packageFile, std::size_t targets);
 
+// Returns when a target has announced itself. Raises Failure.
+void awaitAnnouncement(const std::string& interfaceName);
+
 }  // namespace omniset::bench

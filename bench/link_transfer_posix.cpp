@@ -75,11 +75,20 @@ long peakKilobytes() {
   return usage.ru_maxrss;
 }
 
+AdapterChoice chosen(const std::string& interfaceName) {
+  return chooseAdapter(SystemNetworkInterfaces().list(), interfaceName);
+}
+
 }  // namespace
+
+void awaitAnnouncement(const std::string& interfaceName) {
+  InstallerWorker worker(chosen(interfaceName));
+  awaitTargets(worker.installer(), 1);
+}
 
 TransferResult installTargets(const std::string& interfaceName, const std::string& packagesFolder,
                               const std::string& packageFile, std::size_t targets) {
-  InstallerWorker worker(chooseAdapter(SystemNetworkInterfaces().list(), interfaceName));
+  InstallerWorker worker(chosen(interfaceName));
   RouterInstaller& installer = worker.installer();
   Targets all = awaitTargets(installer, targets);
   {

@@ -1,8 +1,9 @@
 """Prints the table of a run from its results; bench/run calls it.
 
 Usage: table.py TRANSFERS WINDOW MICRO
-TRANSFERS has lines "bare PLACE RATE" and "link PLACE TARGETS RATE INSTALLER_KIB AGENT_KIB" (rates in
-MB/s), WINDOW those that bench/window/window_bench.h describes, MICRO is the JSON of Google Benchmark
+TRANSFERS has lines "bare PLACE RATE", "link PLACE TARGETS RATE INSTALLER_KIB AGENT_KIB" and, with a
+switch on the way, "switched" with the same words, "pc CARD RATE" and "announced CARD SECONDS" (rates
+in MB/s), WINDOW those that bench/window/window_bench.h describes, MICRO is the JSON of Google Benchmark
 with medians. All figures shown are medians, but for those of the longest click.
 """
 
@@ -28,6 +29,12 @@ class Transfers:
 
     def rate(self, place, targets):
         return self._link(place, targets, 3)
+
+    def switched_rate(self):
+        return statistics.median(float(r[3]) for r in self.rows if r[0] == "switched")
+
+    def of_pc(self, what, card):
+        return statistics.median(float(r[2]) for r in self.rows if r[:2] == [what, card])
 
     def per_session(self, column):
         most = self._link("apart", 256, column)
@@ -87,6 +94,17 @@ def transfer_rows(t):
     ]
 
 
+def pc_rows(t):
+    rows = []
+    for card in ("virtio-net-pci", "e1000"):
+        rows.append(row(f"power-on of a virtual PC to its announcement, {card}",
+                        t.of_pc("announced", card), "s"))
+    for card in ("virtio-net-pci", "e1000"):
+        rows.append(row(f"16 MiB to a virtual PC, {card}", t.of_pc("pc", card), "MB/s",
+                        t.switched_rate(), "omniset-target there"))
+    return rows
+
+
 def window_rows(w):
     rows = [row("start to visible window", w.median("start omniset"), "ms",
                 w.median("start empty"), "empty dialog", at_most=3)]
@@ -141,8 +159,9 @@ def print_table(rows):
 
 def main():
     transfers, window, micro = sys.argv[1:]
-    print_table([HEADING] + transfer_rows(Transfers(transfers)) + window_rows(Window(window)) +
-                micro_rows(micro))
+    measured = Transfers(transfers)
+    print_table([HEADING] + transfer_rows(measured) + pc_rows(measured) +
+                window_rows(Window(window)) + micro_rows(micro))
     print(f"\nMedians; {os.cpu_count()} processors; 1 MB/s is 1,000,000 bytes of files in a second.")
 
 

@@ -48,12 +48,15 @@ int main(int argc, char** argv) {
   install->add_option("--packages", options.folder, "Folder of the package")->required();
   install->add_option("--file", options.package, "The package's file name")->required();
   install->add_option("--targets", options.targets, "How many targets to wait for");
+  auto* await = app.add_subcommand("await", "Return when a target has announced itself");
   app.require_subcommand(1);
   CLI11_PARSE(app, argc, argv);
   setTraceSink(nullptr);
   try {
     if (*answer) answerRequests(options.interface);
-    *ask ? runAsk(options) : runInstall(options);
+    if (*ask) runAsk(options);
+    if (*install) runInstall(options);
+    if (*await) awaitAnnouncement(options.interface);
     return 0;
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "bench_transfer: %s\n", failure.what());

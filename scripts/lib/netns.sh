@@ -6,6 +6,10 @@
 #
 #   netns_make MAC1 MAC2    makes the pair; sets netns1, netns2 (the namespaces) and netns_if1,
 #                           netns_if2 (their interfaces: 192.168.88.1/24 and 192.168.88.2/24)
+#   netns_switch            puts a switch into the second namespace, to which the cable is plugged:
+#                           netns_if2 is its own interface from now on, with the MAC address and the
+#                           IPv4 address that the cable's end had
+#   netns_tap NAME          makes a TAP device on that switch, for a virtual PC; it may be there
 #   netns_remove            deletes this pair and nothing else; fit for a trap, at any moment
 #
 # The names hold the process id, so scripts that run at once do not meet. One pair per process.
@@ -19,6 +23,7 @@ netns_if2=om$$-2
 netns_make() {
   local mac1=$1 mac2=$2
   netns_remove
+  netns_if2=om$$-2
   ip netns add "$netns1" &&
     ip netns add "$netns2" &&
     ip link add "$netns_if1" netns "$netns1" address "$mac1" type veth \
@@ -49,6 +54,24 @@ netns_await_link() {
   done
   echo "the link of $interface did not come up" >&2
   return 1
+}
+
+netns_switch() {
+  local cable=$netns_if2 mac
+  mac=$(ip netns exec "$netns2" cat "/sys/class/net/$cable/address") &&
+    ip -n "$netns2" address flush dev "$cable" &&
+    ip -n "$netns2" link add switch address "$mac" type bridge &&
+    ip -n "$netns2" link set "$cable" master switch &&
+    netns_bring_up "$netns2" switch 192.168.88.2/24 &&
+    netns_await_link "$netns2" switch &&
+    netns_if2=switch
+}
+
+netns_tap() {
+  local name=$1
+  ip -n "$netns2" link show "$name" >/dev/null 2>&1 ||
+    { ip -n "$netns2" tuntap add "$name" mode tap &&
+      ip -n "$netns2" link set "$name" up master switch; }
 }
 
 netns_remove() {

@@ -106,12 +106,8 @@ own_script_and_kept_configuration_arrive() {
 
 an_interrupted_installer_leaves_no_temporary_file() {
   large_package
-  mkdir -p "$WORK/tmp"
   start_target store
-  TMPDIR=$WORK/tmp ip netns exec "$netns1" "$CLI" install --interface "$netns_if1" \
-    --packages "$WORK/large" --select-all --first 1 >"$WORK/out" 2>"$WORK/err" &
-  local installer=$!
-  pids+=("$installer")
+  start_installer --packages "$WORK/large" --select-all --first 1
   wait_for "$WORK/store.log" "Receiving" 10 || return 1
   # Background jobs of a script ignore SIGINT unless the program handles it; SIGTERM ends alike.
   kill -INT "$installer"
@@ -124,9 +120,7 @@ an_interrupted_installer_leaves_no_temporary_file() {
 a_target_that_restarts_fails_and_is_installed_by_the_next_run() {
   large_package
   start_target store
-  install --packages "$WORK/large" --select-all --first 1 --reboot &
-  local installer=$!
-  pids+=("$installer")
+  start_installer --packages "$WORK/large" --select-all --first 1 --reboot
   wait_for "$WORK/store.log" "Receiving" 10 || return 1
   kill "$target"
   wait "$target" 2>/dev/null
@@ -141,10 +135,9 @@ a_target_that_restarts_fails_and_is_installed_by_the_next_run() {
 a_killed_installer_leaves_the_target_free_for_the_next() {
   large_package
   start_target store
-  install --packages "$WORK/large" --select-all --first 1 &
-  local installer=$!
+  start_installer --packages "$WORK/large" --select-all --first 1
   wait_for "$WORK/store.log" "Receiving" 10 || return 1
-  pkill -KILL -P "$installer" 2>/dev/null || kill -KILL "$installer"
+  kill -KILL "$installer"
   wait "$installer" 2>/dev/null
   status 0 install --packages "$WORK/large" --select-all --first 1 --reboot --wait 60 || return 1
   says "$WORK/store.log" "gone" && same "$WORK/large" "$WORK/store" "$(ls "$WORK/large")"

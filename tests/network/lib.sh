@@ -18,6 +18,13 @@ passed=0
 failed=0
 WORK=$(mktemp -d)
 pids=()
+# Functions of other files that end what they have started.
+stoppers=()
+
+# The network that the tests of a file work in.
+make_network() {
+  netns_make $MAC_INSTALLER $MAC_TARGET
+}
 
 cleanup() {
   stop_all
@@ -28,7 +35,8 @@ trap cleanup EXIT
 trap 'exit 130' INT TERM
 
 stop_all() {
-  local pid
+  local pid stopper
+  for stopper in ${stoppers[@]+"${stoppers[@]}"}; do "$stopper"; done
   for pid in ${pids[@]+"${pids[@]}"}; do
     kill "$pid" 2>/dev/null && wait "$pid" 2>/dev/null
   done
@@ -53,6 +61,15 @@ cli() {
 }
 
 install() { cli install --interface "$netns_if1" "$@"; }
+
+# start_installer ARGUMENT...: the same beside the test; sets `installer` to its process.
+start_installer() {
+  mkdir -p "$WORK/tmp"
+  TMPDIR=$WORK/tmp ip netns exec "$netns1" "$CLI" install --interface "$netns_if1" "$@" \
+    >"$WORK/out" 2>"$WORK/err" &
+  installer=$!
+  pids+=("$installer")
+}
 
 # status WANTED COMMAND...: the command ends with that exit status.
 status() {
@@ -106,7 +123,7 @@ wait_for() {
 # run_tests NAME...: each in an empty work folder, then the closing line.
 run_tests() {
   local name started
-  netns_make $MAC_INSTALLER $MAC_TARGET || die "The network namespaces could not be made."
+  make_network || die "The network namespaces could not be made."
   for name in "$@"; do
     started=$SECONDS
     rm -rf "${WORK:?}"/*

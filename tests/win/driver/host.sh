@@ -1,7 +1,8 @@
 # shellcheck shell=bash
 # The side of a window test that is outside Windows: does what the driver program asks for
-# (tests/win/driver/host_channel.h). To be sourced after tests/network/lib.sh and scripts/lib/xvfb.sh;
-# targets live in the second network namespace, their stores and logs in $WORK.
+# (tests/win/driver/host_channel.h). To be sourced after tests/network/lib.sh, scripts/lib/xvfb.sh,
+# scripts/lib/vm.sh and scripts/lib/vm_disk.sh; targets and virtual PCs live in the second network
+# namespace, their stores, disks and logs in $WORK.
 #
 #   host_serve FOLDER PID   answers the requests in the folder until the process has ended
 #
@@ -12,10 +13,21 @@
 #   freeze NAME | thaw NAME         it falls silent as if its cable were pulled, or goes on
 #   wait NAME SECONDS               waits until it has ended by itself, with success
 #   same FOLDER STORE FILE...       both in $WORK: the store holds exactly these files and the script
+#   start-pc NAME SETTING...        switches on a virtual PC; its empty disk is $WORK/NAME.img
+#   stop-pc NAME                    cuts its power
+#   type-pc NAME TEXT               types on its serial line
+#   picture-of-pc NAME PICTURE      a picture of its screen, $HOST_PICTURES/PICTURE.png
+#   mac-of-pc NAME                  prints its MAC address
+#   await-pc NAME TEXT              waits until its serial console shows the text
+#   await-reboot NAME               waits until it reboots; it is off then
+#   disk-holds FOLDER NAME FILE...  its disk is sound and holds exactly these files of $WORK/FOLDER and
+#                                   the script, which are in $WORK/NAME.img.files then
 #   picture NAME                    a picture of the screen, $HOST_PICTURES/NAME.png
 #   say TEXT                        prints the text
 
 declare -A host_targets=()
+# How long it waits for a virtual PC, in seconds: less than the other side waits for an answer.
+HOST_PATIENCE=50
 
 # What is said goes where this script's own output goes, not into the answers.
 exec {host_voice}>&1
@@ -23,6 +35,7 @@ exec {host_voice}>&1
 host_stop_all() {
   local name
   for name in "${!host_targets[@]}"; do host_stop "$name"; done
+  vm_off_all
 }
 
 host_start() {
@@ -65,6 +78,22 @@ host_same() { # folder store file...
   same "$WORK/$folder" "$WORK/$store" "$@"
 }
 
+host_start_pc() {
+  local name=$1 image=$WORK/$1.img
+  shift
+  disk_make "$image" 64 && vm_start "$name" "disk=ide:$image" "$@"
+}
+
+host_picture_of_pc() {
+  mkdir -p "$HOST_PICTURES" && vm_picture "$1" "$HOST_PICTURES/$2.png"
+}
+
+host_disk_holds() { # folder name file...
+  local folder=$1 image=$WORK/$2.img
+  shift 2
+  disk_check "$image" && disk_holds "$WORK/$folder" "$image" "$@"
+}
+
 host_picture() {
   mkdir -p "$HOST_PICTURES" && xvfb_picture "$HOST_PICTURES/$1.png"
 }
@@ -80,6 +109,14 @@ host_answer() { # word...
     thaw) host_signal CONT "$@" ;;
     wait) host_wait "$@" ;;
     same) host_same "$@" ;;
+    start-pc) host_start_pc "$@" ;;
+    stop-pc) vm_off "$@" ;;
+    mac-of-pc) vm_mac "$@" ;;
+    picture-of-pc) host_picture_of_pc "$@" ;;
+    type-pc) vm_type "$@" ;;
+    await-pc) vm_await "$@" "$HOST_PATIENCE" ;;
+    await-reboot) vm_await_reboot "$@" "$HOST_PATIENCE" ;;
+    disk-holds) host_disk_holds "$@" ;;
     picture) host_picture "$@" ;;
     say) printf '%s\n' "$*" >&"$host_voice" ;;
     *) echo "unknown request: $word"; return 2 ;;

@@ -18,6 +18,10 @@
 . "$TOP/scripts/lib/wine.sh"
 # shellcheck source=scripts/lib/xvfb.sh
 . "$TOP/scripts/lib/xvfb.sh"
+# shellcheck source=scripts/lib/vm.sh
+. "$TOP/scripts/lib/vm.sh"
+# shellcheck source=scripts/lib/vm_disk.sh
+. "$TOP/scripts/lib/vm_disk.sh"
 # shellcheck source=tests/win/driver/host.sh
 . "$TOP/tests/win/driver/host.sh"
 

@@ -5,27 +5,30 @@
 namespace omniset::test {
 
 void performDemo(Stage& stage) {
-  const std::string label = "demo router";
   clearSettings();
   storeText("Package Path", stage.path("packages"));
   stage.open();
   stage.say("The window is open and has loaded the folder: " + stage.window().statusBar());
-  stage.startTarget("received", {"--label", label});
+  stage.say("A PC with an empty disk is switched on, and boots the installer system ...");
+  stage.startPc("pc", {"card=e1000"});
+  const std::string label = stage.awaitRouter();
   stage.awaitStatus(label, "Ready");
   stage.selectRouter(label);
-  stage.say("The router announced itself: it is \"Ready\", and selected.");
+  stage.say("It announced itself as \"" + label + "\": it is \"Ready\", and selected.");
 
   stage.window().click(IDC_SELECT_ALL);
   stage.window().type(IDC_ADDRESS, "192.168.88.2");
   stage.window().type(IDC_NETMASK, "24");
   stage.window().type(IDC_GATEWAY, "192.168.88.1");
   stage.picture("1-ready");
+  stage.pictureOfPc("pc", "pc-1-ready");
   stage.say("All packages are marked, an address is entered. Pressing \"Install\" ...");
 
   stage.pressInstall("Install");
   stage.awaitStatus(label, "Waiting reboot");
   stage.window().awaitText(IDC_INSTALL, "Reboot");
   stage.picture("2-waiting-for-reboot");
+  stage.pictureOfPc("pc", "pc-2-waiting-for-reboot");
   stage.say("Everything was sent: " + stage.window().text(IDC_STATUS_LINE) + ".");
   stage.say("Pressing \"Reboot\" ...");
 
@@ -33,7 +36,7 @@ void performDemo(Stage& stage) {
   stage.awaitStatus(label, "OK");
   stage.picture("3-finished");
   stage.say("The row says \"OK\": " + stage.window().text(IDC_STATUS_LINE) + ".");
-  stage.waitForTarget("received");
+  stage.awaitReboot("pc");
   stage.close();
 }
 

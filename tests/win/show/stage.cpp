@@ -42,6 +42,18 @@ void Stage::startTarget(const std::string& name, std::vector<std::string> argume
   host_.request(arguments);
 }
 
+void Stage::startPc(const std::string& name, std::vector<std::string> settings) {
+  settings.insert(settings.begin(), {"start-pc", name});
+  host_.request(settings);
+}
+
+std::string Stage::awaitRouter() {
+  waitUntil(
+      "a router in the list", [&] { return !window().routers().rows().empty(); }, {},
+      kInstallationLimit);
+  return window().routers().row(0).texts.at(kLabelColumn);
+}
+
 void Stage::awaitStatus(const std::string& label, const std::string& status) {
   const auto shown = [&] {
     for (const ListRow& row : window().routers().rows()) {

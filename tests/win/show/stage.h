@@ -32,6 +32,16 @@ class Stage {
   void stopTargets() { host_.request({"stop-all"}); }
   void waitForTarget(const std::string& name) { host_.request({"wait", name, "30"}); }
 
+  // A virtual PC, by the name of its files; more settings of vm_start in scripts/lib/vm.sh may
+  // follow.
+  void startPc(const std::string& name, std::vector<std::string> settings);
+  void awaitReboot(const std::string& name) { host_.request({"await-reboot", name}); }
+  void pictureOfPc(const std::string& name, const std::string& picture) {
+    host_.request({"picture-of-pc", name, picture});
+  }
+
+  // Returns the label of the first router in the list, as soon as there is one.
+  std::string awaitRouter();
   void selectRouter(const std::string& label);
   void awaitStatus(const std::string& label, const std::string& status);
   // The button that is "Install" or "Reboot".

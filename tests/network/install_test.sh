@@ -3,17 +3,6 @@
 # shellcheck source=tests/network/lib.sh
 . "$(dirname "$0")/lib.sh"
 
-demo_packages() {
-  "$MAKE_BDL" "$WORK/packages" --demo >/dev/null
-  mapfile -t names < <(cd "$WORK/packages" && ls)
-}
-
-# A package of many megabytes, so that there is time to disturb its transfer.
-large_package() {
-  "$MAKE_BDL" "$WORK/large" --name system --version 2.9.7 --kind f --description "Large" \
-    --payload-bytes 60000000 --seed 1 >/dev/null
-}
-
 one_router_is_installed_and_rebooted() {
   demo_packages
   start_target store --label "rack 1"
@@ -104,45 +93,6 @@ own_script_and_kept_configuration_arrive() {
   [ ! -s "$WORK/store/autorun.scr" ] && says "$WORK/store.log" "keeping"
 }
 
-an_interrupted_installer_leaves_no_temporary_file() {
-  large_package
-  start_target store
-  start_installer --packages "$WORK/large" --select-all --first 1
-  wait_for "$WORK/store.log" "Receiving" 10 || return 1
-  # Background jobs of a script ignore SIGINT unless the program handles it; SIGTERM ends alike.
-  kill -INT "$installer"
-  wait "$installer"
-  local got=$?
-  [ $got -eq 1 ] || { say "exit status $got"; return 1; }
-  says "$WORK/err" "interrupted" && no_temporary_files
-}
-
-a_target_that_restarts_fails_and_is_installed_by_the_next_run() {
-  large_package
-  start_target store
-  start_installer --packages "$WORK/large" --select-all --first 1 --reboot
-  wait_for "$WORK/store.log" "Receiving" 10 || return 1
-  kill "$target"
-  wait "$target" 2>/dev/null
-  start_target store
-  wait "$installer"
-  local got=$?
-  [ $got -eq 1 ] || { say "exit status $got"; cat "$WORK/err"; return 1; }
-  status 0 install --packages "$WORK/large" --select-all --first 1 --reboot --wait 15 || return 1
-  same "$WORK/large" "$WORK/store" "$(ls "$WORK/large")" && no_temporary_files
-}
-
-a_killed_installer_leaves_the_target_free_for_the_next() {
-  large_package
-  start_target store
-  start_installer --packages "$WORK/large" --select-all --first 1
-  wait_for "$WORK/store.log" "Receiving" 10 || return 1
-  kill -KILL "$installer"
-  wait "$installer" 2>/dev/null
-  status 0 install --packages "$WORK/large" --select-all --first 1 --reboot --wait 60 || return 1
-  says "$WORK/store.log" "gone" && same "$WORK/large" "$WORK/store" "$(ls "$WORK/large")"
-}
-
 a_flood_of_foreign_datagrams_changes_nothing() {
   demo_packages
   start_target store
@@ -166,7 +116,5 @@ a_second_installer_is_told_that_the_port_is_in_use() {
 run_tests one_router_is_installed_and_rebooted without_reboot_the_target_waits_and_a_key_ends_it \
   ten_routers_are_installed_at_once json_lines_begin_with_the_router_and_end_with_its_result \
   routers_are_listed no_router_within_the_wait_gives_status_3 a_named_router_that_is_missing_fails \
-  own_script_and_kept_configuration_arrive an_interrupted_installer_leaves_no_temporary_file \
-  a_target_that_restarts_fails_and_is_installed_by_the_next_run \
-  a_killed_installer_leaves_the_target_free_for_the_next \
-  a_flood_of_foreign_datagrams_changes_nothing a_second_installer_is_told_that_the_port_is_in_use
+  own_script_and_kept_configuration_arrive a_flood_of_foreign_datagrams_changes_nothing \
+  a_second_installer_is_told_that_the_port_is_in_use

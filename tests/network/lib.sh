@@ -62,6 +62,12 @@ cli() {
 
 install() { cli install --interface "$netns_if1" "$@"; }
 
+# A folder of packages that depend on each other; sets `names` to their files.
+demo_packages() {
+  "$MAKE_BDL" "$WORK/packages" --demo >/dev/null
+  mapfile -t names < <(cd "$WORK/packages" && ls)
+}
+
 # start_installer ARGUMENT...: the same beside the test; sets `installer` to its process.
 start_installer() {
   mkdir -p "$WORK/tmp"

@@ -16,11 +16,6 @@ make_network() {
   netns_make $MAC_INSTALLER $MAC_TARGET && netns_switch
 }
 
-demo_packages() {
-  "$MAKE_BDL" "$WORK/packages" --demo >/dev/null
-  mapfile -t names < <(cd "$WORK/packages" && ls)
-}
-
 # large_package [BYTES]: in the same folder, alone there.
 large_package() {
   rm -rf "$WORK/packages"

@@ -1,5 +1,6 @@
 // Feeds any sectors to the readers of partition tables and boot sectors: what they take lies within
 // the disk. Then they are the begin of a disk and of its partition, and the disk is installed on.
+#include "core/error.h"
 #include "fuzz_disk.h"
 #include "fuzz_input.h"
 #include "target/disk/fat_boot_sector.h"
@@ -26,6 +27,17 @@ void readSectors(const Sector& sector, std::uint64_t diskSectors) {
   if (looksLikeFat(sector)) require(sector[510] == 0x55 && sector[511] == 0xAA);
 }
 
+// What cannot be kept is not touched.
+void prepare(DiskStore& store, const test::FakeDisk& disk, bool keep) {
+  const auto before = disk.medium.now().sectors;
+  try {
+    return store.beginPreparation(keep);
+  } catch (const Failure&) {
+    require(keep && disk.medium.now().sectors == before);
+  }
+  store.beginPreparation(false);
+}
+
 void installOn(const Sector& first, const Sector& second, bool bootedFromMedium, bool keep) {
   test::FakeDisks disks;
   test::FakeDisk& disk = disks.add("sda", fuzz::kDiskSectors);
@@ -35,7 +47,7 @@ void installOn(const Sector& first, const Sector& second, bool bootedFromMedium,
   require(fuzz::inspect(disks, disk) != Installation::kComplete);
   DiskStore store(
       disks, [](const std::string&) {}, {}, bootedFromMedium, [] { return 1u; });
-  store.beginPreparation(keep);
+  prepare(store, disk, keep);
   store.finish();
   require(fuzz::inspect(disks, disk) == Installation::kComplete);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <tuple>
 
 namespace omniset {
 
@@ -26,6 +27,15 @@ bool isWholeDisk(std::string_view name) {
   if (!name.starts_with("sd") && !name.starts_with("vd")) return false;
   return name.size() > 2 &&
          std::all_of(name.begin() + 2, name.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+}
+
+// The kernel lists disks as their drivers happened to finish; their names tell the order in which
+// they are connected.
+bool comesBefore(const std::string& one, const std::string& other) {
+  const auto rank = [](const std::string& name) {
+    return std::tuple(std::string_view(name).substr(0, 1), name.size(), std::string_view(name));
+  };
+  return rank(one) < rank(other);
 }
 
 }  // namespace
@@ -54,6 +64,7 @@ std::vector<std::string> diskNames(std::string_view partitions) {
     const std::string_view name = line.substr(line.find_last_of(kBlanks) + 1);
     if (isWholeDisk(name)) names.emplace_back(name);
   }
+  std::sort(names.begin(), names.end(), comesBefore);
   return names;
 }
 

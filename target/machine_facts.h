@@ -15,7 +15,8 @@ std::string tableValue(std::string_view table, std::string_view key);
 // From /proc/cpuinfo and /proc/meminfo, such as "Pentium III (Coppermine), 250 MB".
 std::string describeMachine(std::string_view cpuInfo, std::string_view memInfo);
 
-// The names in /proc/partitions that are whole disks: IDE, SATA and virtio disks.
+// The names in /proc/partitions that are whole disks, in their order: IDE and SATA disks, then
+// virtio disks.
 std::vector<std::string> diskNames(std::string_view partitions);
 
 // The interfaces in /proc/net/dev, without the loopback one.

@@ -10,12 +10,16 @@ void TargetHost::add(TargetIdentity identity, TargetStore& store, TargetConsole&
 
 void TargetHost::step(Micros longestWait) {
   const Micros now = clock_.now();
+  if (const Micros absent = now - listenedUntil_; absent > TargetSession::kShortAbsence) {
+    sessions_.forEach([absent](TargetSession& session) { session.wasAbsent(absent); });
+  }
   sessions_.fireDue(now);
   const Micros wait = sessions_.timeToNext(now, longestWait);
   const int received = endpoint_.waitDatagram(frame_.bytes, wait);
+  listenedUntil_ = clock_.now();
   if (received < static_cast<int>(kFrameHeaderLength)) return;
   sessions_.with(frame_.header().destination, [&](TargetSession& session) {
-    session.frameReceived(frame_, static_cast<std::size_t>(received), clock_.now());
+    session.frameReceived(frame_, static_cast<std::size_t>(received), listenedUntil_);
   });
 }
 

@@ -17,7 +17,7 @@ class TargetHost {
  public:
   // Both outlive the host.
   TargetHost(BroadcastEndpoint& endpoint, const Clock& clock)
-      : endpoint_(endpoint), clock_(clock) {}
+      : endpoint_(endpoint), clock_(clock), listenedUntil_(clock.now()) {}
 
   // Adds a target, which announces itself at once.
   void add(TargetIdentity identity, TargetStore& store, TargetConsole& console);
@@ -40,6 +40,7 @@ class TargetHost {
   const Clock& clock_;
   TimedSessions<TargetSession> sessions_;
   LinkFrame frame_;
+  Micros listenedUntil_;
 };
 
 }  // namespace omniset

@@ -23,7 +23,12 @@ std::string TargetMachine::Port::title() const {
 
 TargetMachine::TargetMachine(MachineFacts facts, NetworkCards& cards, const Clock& clock,
                              TargetStore& store, TargetConsole& console)
-    : facts_(std::move(facts)), cards_(cards), clock_(clock), store_(store), console_(console) {
+    : facts_(std::move(facts)),
+      cards_(cards),
+      clock_(clock),
+      store_(store),
+      console_(console),
+      listenedUntil_(clock.now()) {
   for (NetworkCard& card : cards_.bringUp()) {
     ports_.emplace_back().card = std::move(card);
     const Port& port = ports_.back();
@@ -54,6 +59,9 @@ void TargetMachine::serveAll() {
 
 void TargetMachine::serve(Port& port, Micros longestWait) {
   const Micros now = clock_.now();
+  if (const Micros absent = now - listenedUntil_; absent > TargetSession::kShortAbsence) {
+    port.session->wasAbsent(absent);
+  }
   if (port.session->deadline() <= now) port.session->timerFired(now);
   receive(port, std::clamp<Micros>(port.session->deadline() - now, 1, longestWait));
   if (port.session) noteEngagement(port);
@@ -62,9 +70,10 @@ void TargetMachine::serve(Port& port, Micros longestWait) {
 void TargetMachine::receive(Port& port, Micros wait) {
   try {
     const int received = port.endpoint->waitDatagram(frame_.bytes, wait);
+    listenedUntil_ = clock_.now();
     if (received < static_cast<int>(kFrameHeaderLength)) return;
     if (frame_.header().destination != port.card.mac) return;
-    port.session->frameReceived(frame_, static_cast<std::size_t>(received), clock_.now());
+    port.session->frameReceived(frame_, static_cast<std::size_t>(received), listenedUntil_);
   } catch (const std::exception& e) {
     close(port, e.what());
   }

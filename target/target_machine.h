@@ -74,6 +74,7 @@ class TargetMachine {
   std::vector<Port> ports_;
   Port* engaged_ = nullptr;
   Micros nextLook_ = 0;
+  Micros listenedUntil_;
   LinkFrame frame_;
 };
 

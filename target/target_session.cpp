@@ -92,7 +92,7 @@ void TargetSession::timerFired(Micros now) {
       (this->*row.timer)(now);
     }
   } catch (const std::exception& e) {
-    fail(e.what(), now);
+    state_ == State::kAnnouncing ? announceLater(e.what(), now) : fail(e.what(), now);
   }
 }
 
@@ -111,6 +111,11 @@ void TargetSession::keyPressed(Micros now) {
   if (state_ != State::kInstalled) return;
   triesLeft_ = kTerminationTries;
   change(State::kTerminating, now);
+}
+
+void TargetSession::wasAbsent(Micros duration) {
+  lastHeard_ += duration;
+  lastProgress_ += duration;
 }
 
 void TargetSession::describeDisks(const std::string& disks) {
@@ -174,6 +179,12 @@ void TargetSession::announce(Micros now) {
       "DSCV\n" + identity_.machine + "\n" + identity_.disks + "\n" + identity_.label + "\n";
   sendControl(endpoint_, connection_, sendFrame_, text, false);
   deadline_ = now + kAnnouncementInterval;
+}
+
+// No installation has failed, and other cards of the PC go on.
+void TargetSession::announceLater(const std::string& reason, Micros now) {
+  say("Cannot announce this PC: " + reason);
+  deadline_ = now + kRestAfterFailure;
 }
 
 // The connection is bound only by an offer that is addressed to us: an unbound connection takes

@@ -52,6 +52,10 @@ class TargetSession {
   void timerFired(Micros now);
   // Any datagram; those that are not for this target, or not of its installer, change nothing.
   void frameReceived(LinkFrame& frame, std::size_t received, Micros now);
+  // For so long nobody listened, because something else took its time, such as the store: the
+  // installer's silence says nothing then. Times up to kShortAbsence need not be told.
+  static constexpr Micros kShortAbsence = kSecond;
+  void wasAbsent(Micros duration);
   // What its announcements say of the disks from now on.
   void describeDisks(const std::string& disks);
   // A key was pressed on the target's console; heeded once everything is installed.
@@ -67,6 +71,7 @@ class TargetSession {
   static const StateRow& rowOf(State state);
 
   void announce(Micros now);
+  void announceLater(const std::string& reason, Micros now);
   void repeatControl(Micros now);
   void pollPreparation(Micros now);
   void sendTermination(Micros now);

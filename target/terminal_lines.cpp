@@ -20,12 +20,11 @@ void TerminalLines::say(const std::string& sentence) {
 
 void TerminalLines::progress(const MacAddress& /*target*/, const std::string& file,
                              std::int32_t stored, std::int32_t size) {
-  const Micros now = clock_.now();
-  if (now < nextProgress_ || size <= 0) return;
-  nextProgress_ = now + kProgressInterval;
+  if (clock_.now() < nextProgress_ || size <= 0) return;
   const int percent = static_cast<int>(std::int64_t{stored} * 100 / size);
   write_(formatText("%s  %3d %%  ", kBackToEmptyLine, percent) + shownText(file));
   hasProgress_ = true;
+  nextProgress_ = clock_.now() + kProgressInterval;
 }
 
 }  // namespace omniset

@@ -33,15 +33,15 @@ bool mayBeBootMedium(TargetDisk& disk) {
 
 // Why nothing can be installed on the disk; empty when it can.
 std::string obstacle(TargetDisk& disk, bool bootedFromMedium) {
+  const std::string leftAlone = "The disk " + disk.name() + " is left alone: ";
+  if (const std::string reason = disk.obstacle(); !reason.empty()) return leftAlone + reason + ".";
   try {
     planPartition(disk.name(), disk.sectorCount());
   } catch (const Failure& tooSmall) {
     return tooSmall.what();
   }
   if (!bootedFromMedium || !mayBeBootMedium(disk)) return {};
-  return "The disk " + disk.name() +
-         " is left alone: it holds the installer system, and this PC may have been started from "
-         "it.";
+  return leftAlone + "it holds the installer system, and this PC may have been started from it.";
 }
 
 }  // namespace

@@ -12,6 +12,8 @@ DiskLayout readLayout(TargetDisk& disk) {
   disk.readSectors(0, sector);
   layout.isFatDisk = looksLikeFat(sector);
   layout.partition = firstPartition(sector, disk.sectorCount());
+  layout.holdsOthers = layout.isFatDisk || holdsOtherEntries(sector, disk.sectorCount()) ||
+                       (layout.partition && !isFatType(layout.partition->type));
   if (!layout.partition) return layout;
   disk.readSectors(layout.partition->first, sector);
   layout.isOurs = isOurVolume(sector);

@@ -14,9 +14,10 @@ namespace omniset {
 // The partition of a disk, and its file system where it has one.
 struct DiskLayout {
   std::optional<Partition> partition;
-  bool isOurs = false;     // an installation began in the partition
-  bool holdsFat = false;   // there may be a FAT volume in the partition
-  bool isFatDisk = false;  // there may be one on the disk as a whole, without a partition
+  bool isOurs = false;       // an installation began in the partition
+  bool holdsFat = false;     // there may be a FAT volume in the partition
+  bool isFatDisk = false;    // there may be one on the disk as a whole, without a partition
+  bool holdsOthers = false;  // that, or entries that are no FAT volume in the first one
 };
 
 // Reads two sectors at most. Raises what the disk raises.

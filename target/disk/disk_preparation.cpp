@@ -14,10 +14,13 @@ namespace omniset {
 namespace {
 
 constexpr std::string_view kPackageEnding = ".bdl";
+constexpr const char* kWayOut =
+    " Install without keeping the configuration to erase everything on the disk.";
 
 bool isOfInstallation(const VolumeEntry& entry, const MarkedFiles& files) {
   if (entry.isFolder || isSameFileName(entry.name, kScriptName)) return false;
-  if (foldedFileName(entry.name).ends_with(kPackageEnding)) return true;
+  const std::string name = foldedFileName(entry.name);
+  if (name.ends_with(kPackageEnding) || name == kPartName) return true;
   return std::any_of(files.begin(), files.end(),
                      [&](const MarkedFile& file) { return isSameFileName(file.name, entry.name); });
 }
@@ -28,6 +31,9 @@ PreparedVolume DiskPreparation::run(bool keepConfiguration) {
   layout_ = readLayout(disk_);
   if (keepConfiguration) {
     if (layout_.holdsFat && isFatType(layout_.partition->type)) return {keepVolume(), true};
+    if (layout_.holdsOthers) {
+      throw Failure("What is on the disk " + disk_.name() + " cannot be kept." + kWayOut);
+    }
     tell("there is nothing on it to keep.");
   }
   return {makeVolume(), false};
@@ -69,8 +75,7 @@ std::unique_ptr<Volume> DiskPreparation::openKept() {
   try {
     return disk_.mount(TargetDisk::Place::kFirstPartition, TargetDisk::Access::kReadWrite);
   } catch (const Failure& e) {
-    throw Failure(std::string(e.what()) +
-                  " Install without keeping the configuration to erase everything on the disk.");
+    throw Failure(e.what() + std::string(kWayOut));
   }
 }
 

@@ -27,7 +27,7 @@ class DiskPreparation {
 
   // Says what is on the disk and what is done to it. The volume is mounted for writing, and no
   // installation counts on it. Raises Failure with a sentence; asked to keep the configuration, it
-  // rather fails than erases a volume that cannot be read.
+  // rather fails than erases what cannot be read or is no FAT volume in the first partition.
   PreparedVolume run(bool keepConfiguration);
 
  private:

@@ -127,6 +127,7 @@ void DiskStore::finish() {
   writeMark(target, files_);
   target.unmount();
   volume_.reset();
+  disk_->flush();
   isFinished_ = true;
   say_("Disk " + disk_->name() + ": all " + std::to_string(files_.size()) +
        " files are written and safe.");

@@ -21,7 +21,9 @@ constexpr std::uint32_t kSmallFat16Limit = 65536;
 
 constexpr std::size_t kSignatureAt = 440;
 constexpr std::size_t kTableAt = 446;
+constexpr std::size_t kEntries = 4;
 constexpr std::size_t kEntryLength = 16;
+constexpr std::size_t kTypeAt = 4;  // in an entry
 constexpr std::size_t kEndMarkAt = 510;
 constexpr std::uint16_t kEndMark = 0xAA55;
 constexpr std::uint8_t kActive = 0x80;
@@ -44,6 +46,10 @@ void putPosition(ByteWriter& out, std::uint32_t sector) {
   out.u8(static_cast<std::uint8_t>(head));
   out.u8(static_cast<std::uint8_t>(number | (cylinder >> 2 & 0xC0)));
   out.u8(static_cast<std::uint8_t>(cylinder));
+}
+
+bool holdsTable(std::span<const std::uint8_t, kSectorSize> sector) {
+  return ByteReader(sector.subspan(kEndMarkAt)).u16le() == kEndMark;
 }
 
 bool isExtended(std::uint8_t type) {
@@ -83,7 +89,7 @@ Sector makeMbr(std::span<const std::uint8_t> bootCode, std::uint32_t diskSignatu
 
 std::optional<Partition> firstPartition(std::span<const std::uint8_t, kSectorSize> sector,
                                         std::uint64_t diskSectors) {
-  if (ByteReader(sector.subspan(kEndMarkAt)).u16le() != kEndMark) return {};
+  if (!holdsTable(sector)) return {};
   ByteReader entry(sector.subspan(kTableAt, kEntryLength));
   const std::uint8_t status = entry.u8();
   if (status != 0 && status != kActive) return {};
@@ -96,6 +102,15 @@ std::optional<Partition> firstPartition(std::span<const std::uint8_t, kSectorSiz
   if (found.type == 0 || isExtended(found.type) || found.first == 0 || found.count == 0) return {};
   if (std::uint64_t{found.first} + found.count > diskSectors) return {};
   return found;
+}
+
+bool holdsOtherEntries(std::span<const std::uint8_t, kSectorSize> sector,
+                       std::uint64_t diskSectors) {
+  if (!holdsTable(sector)) return false;
+  for (std::size_t entry = firstPartition(sector, diskSectors) ? 1 : 0; entry < kEntries; ++entry) {
+    if (sector[kTableAt + entry * kEntryLength + kTypeAt] != 0) return true;
+  }
+  return false;
 }
 
 bool isFatType(std::uint8_t type) {

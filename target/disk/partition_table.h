@@ -37,6 +37,10 @@ Sector makeMbr(std::span<const std::uint8_t> bootCode, std::uint32_t diskSignatu
 std::optional<Partition> firstPartition(std::span<const std::uint8_t, kSectorSize> sector,
                                         std::uint64_t diskSectors);
 
+// Are there entries besides the one that firstPartition() returns, whatever they stand for?
+bool holdsOtherEntries(std::span<const std::uint8_t, kSectorSize> sector,
+                       std::uint64_t diskSectors);
+
 // A type that stands for a FAT volume of whatever kind.
 bool isFatType(std::uint8_t type);
 

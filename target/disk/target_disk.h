@@ -60,6 +60,9 @@ class TargetDisk {
   // The system's name, such as "sda".
   virtual std::string name() const = 0;
   virtual std::uint64_t sectorCount() const = 0;
+  // Why nothing can be installed on it, such as "it is write-protected"; empty when nothing
+  // hinders.
+  virtual std::string obstacle() const = 0;
 
   // Whole sectors: the length of the bytes is a multiple of kSectorSize.
   virtual void readSectors(std::uint64_t first, std::span<std::uint8_t> into) = 0;

@@ -117,7 +117,7 @@ void runAgent(const Terminals& terminals, const Clock& clock, TerminalLines& con
 void runUntilReboot() {
   mountKernelFolders();
   const SystemClock clock;
-  const Terminals terminals;
+  Terminals terminals;
   TerminalLines console([&](const std::string& text) { terminals.write(text); }, clock);
   setTraceSink(nullptr);
   try {

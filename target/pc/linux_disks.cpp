@@ -24,6 +24,16 @@ LinuxDisk::LinuxDisk(std::string name)
   sectorCount_ = bytes / kSectorSize;
 }
 
+std::string LinuxDisk::obstacle() const {
+  int isReadOnly = 0;
+  if (ioctl(device_.get(), BLKROGET, &isReadOnly) == 0 && isReadOnly)
+    return "it is write-protected";
+  int sectorSize = 0;
+  if (ioctl(device_.get(), BLKSSZGET, &sectorSize) == 0 && sectorSize == int{kSectorSize})
+    return {};
+  return "its sectors have " + std::to_string(sectorSize) + " bytes";
+}
+
 void LinuxDisk::readSectors(std::uint64_t first, std::span<std::uint8_t> into) {
   const ssize_t length =
       pread(device_.get(), into.data(), into.size(), static_cast<off_t>(first * kSectorSize));

@@ -16,6 +16,7 @@ class LinuxDisk : public TargetDisk {
 
   std::string name() const override { return name_; }
   std::uint64_t sectorCount() const override { return sectorCount_; }
+  std::string obstacle() const override;
   void readSectors(std::uint64_t first, std::span<std::uint8_t> into) override;
   void writeSectors(std::uint64_t first, std::span<const std::uint8_t> from) override;
   void flush() override;

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "core/error.h"
 #include "target/pc/system_files.h"
 
 namespace omniset {
@@ -19,6 +20,9 @@ namespace {
 constexpr const char* kMountPoint = "/volume";
 // Names come back as they were given; in the short form FAT keeps their case in two flags.
 constexpr const char* kOptions = "codepage=437,iocharset=iso8859-1,shortname=mixed";
+// More than a router has there. Memory is scarce, and the kernel goes through the folder for each
+// entry.
+constexpr std::size_t kMostEntries = 2048;
 constexpr unsigned long kFlags = MS_NOATIME | MS_NOSUID | MS_NODEV | MS_NOEXEC;
 
 // Without the file's name: while it is written it has one that says nothing.
@@ -95,14 +99,24 @@ std::vector<VolumeEntry> LinuxVolume::list() {
   errno = 0;
   while (const dirent* entry = readdir(folder.get())) {
     const std::string name = entry->d_name;
-    struct stat facts {};
-    if (name != "." && name != ".." && fstatat(root_.get(), entry->d_name, &facts, 0) == 0) {
-      entries.push_back({name, static_cast<std::uint64_t>(facts.st_size), S_ISDIR(facts.st_mode)});
+    if (name != "." && name != "..") entries.push_back({name, 0, false});
+    if (entries.size() > kMostEntries) {
+      throw Failure("The root folder of the disk " + disk_ + " holds too many files.");
     }
     errno = 0;
   }
   if (errno != 0) failWithReason("The volume of the disk " + disk_ + " cannot be read");
+  std::erase_if(entries, [&](VolumeEntry& entry) { return !addFacts(entry); });
   return entries;
+}
+
+// False when there is no such entry.
+bool LinuxVolume::addFacts(VolumeEntry& entry) const {
+  struct stat facts {};
+  if (fstatat(root_.get(), entry.name.c_str(), &facts, 0) < 0) return false;
+  entry.size = static_cast<std::uint64_t>(facts.st_size);
+  entry.isFolder = S_ISDIR(facts.st_mode);
+  return true;
 }
 
 std::uint64_t LinuxVolume::freeBytes() {
@@ -135,7 +149,9 @@ void LinuxVolume::remove(const std::string& name) {
 }
 
 void LinuxVolume::sync() {
-  if (syncfs(root_.get()) < 0) failToWrite(disk_);
+  // The first writes everything to the disk, the second empties the disk's own cache: on FAT
+  // syncfs() leaves that out.
+  if (syncfs(root_.get()) < 0 || fsync(root_.get()) < 0) failToWrite(disk_);
 }
 
 void LinuxVolume::unmount() {

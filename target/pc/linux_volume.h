@@ -26,6 +26,8 @@ class LinuxVolume : public Volume {
   void unmount() override;
 
  private:
+  bool addFacts(VolumeEntry& entry) const;
+
   std::string disk_;
   Descriptor root_;
 };

@@ -14,13 +14,22 @@ class Terminals {
   Terminals(const Terminals&) = delete;
   Terminals& operator=(const Terminals&) = delete;
 
-  // Line feeds go out as new lines. A terminal that takes nothing misses it.
-  void write(const std::string& text) const;
+  // Line feeds go out as new lines. A terminal that takes nothing for a second misses it, and is
+  // not waited for again until it takes something.
+  void write(const std::string& text);
   // Does not wait; takes all that was typed.
   bool keyPressed() const;
 
  private:
-  std::vector<int> descriptors_;
+  struct Terminal {
+    int descriptor;
+    bool isStuck = false;
+  };
+
+  static bool writeAll(const Terminal& terminal, const std::string& text);
+  static void drain(const Terminal& terminal);
+
+  std::vector<Terminal> terminals_;
 };
 
 }  // namespace omniset

@@ -169,6 +169,7 @@ class FakeTargetDisk : public TargetDisk {
 
   std::string name() const override { return disk_.name; }
   std::uint64_t sectorCount() const override { return disk_.sectorCount; }
+  std::string obstacle() const override { return disk_.obstacle; }
 
   void readSectors(std::uint64_t first, std::span<std::uint8_t> into) override {
     faults_.pass(disk_.name + " read sectors");

@@ -40,6 +40,7 @@ struct FaultPlan {
 struct FakeDisk {
   std::string name = "sda";
   std::uint64_t sectorCount = 0;
+  std::string obstacle;
   std::uint64_t freeBytes = 1'000'000'000;  // of its volume, whatever is on it
   FakeMedium medium;
   int mounted = 0;

@@ -32,8 +32,14 @@ TEST(MachineFacts, WholeDisksAreThoseWithoutANumber) {
                         " 254        0     524288 vda\n   8       16     100 sdb\n"
                         "   1        0       4096 ram0\n   2        0       1440 fd0\n"
                         "  11        0       4096 sr0\n   8       99      1 sd\n"),
-              ElementsAre("sda", "vda", "sdb"));
+              ElementsAre("sda", "sdb", "vda"));
   EXPECT_THAT(diskNames(""), IsEmpty());
+}
+
+// The kernel lists them as their drivers finish.
+TEST(MachineFacts, DisksComeInTheOrderOfTheirNames) {
+  EXPECT_THAT(diskNames("8 1 1 vdb\n8 1 1 sdaa\n8 1 1 sdc\n8 1 1 sdz\n8 1 1 vda\n8 1 1 sda\n"),
+              ElementsAre("sda", "sdc", "sdz", "sdaa", "vda", "vdb"));
 }
 
 TEST(MachineFacts, InterfacesWithoutTheLoopback) {

@@ -210,6 +210,26 @@ TEST_F(TargetHostTest, HasEndedWhenEveryTargetHas) {
   EXPECT_TRUE(host.allEnded());
 }
 
+TEST_F(TargetHostTest, TheTimeThatAStoreTakesIsNoSilenceOfTheInstaller) {
+  addAll();
+  for (std::size_t i : {0u, 1u}) {
+    deliver(i, 1, 1, "OFFR\n");
+    deliver(i, 2, 2);
+  }
+  run(kSecond);
+  stores[0].onCall = [&] { link.clock.advance(100 * kSecond); };
+  deliver(1, 2, kNoAck, "FILE\nb.bdl\n10\n");
+  deliver(0, 2, kNoAck, "FILE\na.bdl\n10\n");
+  run();
+  stores[0].onCall = {};
+  run(29 * kSecond);
+  EXPECT_EQ(state(0), State::kReceiving);
+  EXPECT_EQ(state(1), State::kReceiving);
+  run(2 * kSecond);
+  EXPECT_EQ(state(0), State::kAnnouncing);
+  EXPECT_EQ(state(1), State::kAnnouncing);
+}
+
 TEST_F(TargetHostTest, ARemovedTargetIsSilentAndUnknown) {
   add(0);
   add(1);

@@ -19,6 +19,7 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using ::testing::SizeIs;
 
 constexpr MacAddress kFirstMac{{0x02, 0, 0, 0, 1, 1}};
@@ -250,6 +251,36 @@ TEST_F(TargetMachineTest, ACardThatFailsDuringAnInstallationLetsTheDiskGo) {
   EXPECT_THAT(store.calls, Contains("abandon"));
   EXPECT_FALSE(machine->engaged());
   EXPECT_THAT(sentBy("eth1"), Contains(HasSubstr("DSCV")));
+}
+
+TEST_F(TargetMachineTest, TheTimeThatTheDiskTakesIsNoSilenceOfTheInstaller) {
+  start();
+  run(kSecond);
+  store.onCall = [&] { clock.advance(100 * kSecond); };
+  offer("eth0", kFirstMac);
+  deliver("eth0", makeFrame(kInstallerMac, kFirstMac, 2, 2));
+  run(102 * kSecond);
+  ASSERT_THAT(store.calls, ElementsAre("prepare"));
+  ASSERT_NE(machine->engaged(), nullptr);
+  store.onCall = {};
+  run(27 * kSecond);
+  EXPECT_NE(machine->engaged(), nullptr);
+  run(4 * kSecond);
+  EXPECT_EQ(machine->engaged(), nullptr);
+}
+
+TEST_F(TargetMachineTest, ACardThatCannotSendLeavesTheOthersAlone) {
+  addSecondCard();
+  start();
+  cards.networks["eth0"] = std::make_shared<FakeNetwork>();
+  cards.networks["eth0"]->failing = "sendTo";
+  run(25 * kSecond);
+  EXPECT_THAT(sentBy("eth1"), SizeIs(25));
+  EXPECT_THAT(console.sentences,
+              Contains(HasSubstr("Cannot announce this PC: sendto() failed")).Times(3));
+  cards.networks["eth0"]->failing.clear();
+  run(10 * kSecond);
+  EXPECT_THAT(sentBy("eth0"), Not(IsEmpty()));
 }
 
 TEST_F(TargetMachineTest, WithoutACardTimePasses) {

@@ -46,6 +46,20 @@ TEST_F(TerminalLinesTest, ProgressShowsTwiceASecondAtMost) {
   EXPECT_NE(shown, "");
 }
 
+// A terminal that takes its time must not take all of it.
+TEST_F(TerminalLinesTest, ProgressRestsAfterASlowTerminalToo) {
+  TerminalLines slow(
+      [this](const std::string& text) {
+        shown += text;
+        clock.advance(kSecond);
+      },
+      clock);
+  slow.progress({}, "a.bdl", 1, 100);
+  shown.clear();
+  slow.progress({}, "a.bdl", 2, 100);
+  EXPECT_EQ(shown, "");
+}
+
 TEST_F(TerminalLinesTest, LargeFilesHaveTheirPercentage) {
   progress(2'000'000'000, 2'147'483'647);
   EXPECT_EQ(shown, "\r\x1b[K   93 %  a.bdl");

@@ -26,6 +26,7 @@ class ImageDisk : public TargetDisk {
 
   std::string name() const override { return "image"; }
   std::uint64_t sectorCount() const override { return bytes_ / kSectorSize; }
+  std::string obstacle() const override { return {}; }
 
   void readSectors(std::uint64_t first, std::span<std::uint8_t> into) override {
     const ssize_t length = pread(file_, into.data(), into.size(), offsetOf(first));

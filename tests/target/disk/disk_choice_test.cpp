@@ -57,6 +57,13 @@ TEST_F(DiskChoice, PassesOverADiskThatIsTooSmallAndSaysSo) {
   EXPECT_THAT(said, ElementsAre(HasSubstr("The disk sda is too small: it has 3 MB")));
 }
 
+TEST_F(DiskChoice, PassesOverADiskThatTheSystemCannotInstallOn) {
+  disks.add("sda", 64 * kMegabyte).obstacle = "it is write-protected";
+  disks.add("sdb", 64 * kMegabyte);
+  EXPECT_EQ(choose(), "sdb");
+  EXPECT_THAT(said, ElementsAre("The disk sda is left alone: it is write-protected."));
+}
+
 TEST_F(DiskChoice, OnlyADiskThatIsTooSmallFails) {
   disks.add("sda", 2 * kMegabyte);
   EXPECT_EQ(failureOf([&] { choose(); }),

@@ -108,6 +108,16 @@ TEST_F(DiskPreparationTest, AWholeDiskVolumeOfOthersIsErased) {
   EXPECT_EQ(inspect(), Installation::kComplete);
 }
 
+TEST_F(DiskPreparationTest, NothingIsLeftOfAGuidPartitionTable) {
+  Sector header{};
+  header[0] = 'E';
+  disk.medium.writeSector(1, header);
+  disk.medium.writeSector(disk.sectorCount - 1, header);
+  store->beginPreparation(false);
+  EXPECT_EQ(disk.medium.sector(1), Sector{});
+  EXPECT_EQ(disk.medium.sector(disk.sectorCount - 1), Sector{});
+}
+
 TEST_F(DiskPreparationTest, TheRestOfALargeDiskStaysFree) {
   disk.sectorCount = 100 * 1024 * kMegabyte;
   store->beginPreparation(false);

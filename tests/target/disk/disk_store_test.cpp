@@ -55,6 +55,14 @@ TEST_F(DiskStoreTest, ALargeFileIsSyncedWhileItComes) {
   EXPECT_THAT(disks.faults.log, Contains("sda sync omniset.tmp").Times(3));
 }
 
+TEST_F(DiskStoreTest, WhenItSaysThatAllIsSafeTheDiskHasNothingLeftToWrite) {
+  install({{"a.bdl", "1"}});
+  const auto& log = disks.faults.log;
+  ASSERT_GE(log.size(), 2u);
+  EXPECT_EQ(log[log.size() - 2], "sda unmount");
+  EXPECT_EQ(log.back(), "sda flush");
+}
+
 TEST_F(DiskStoreTest, FinishesTwice) {
   install({{"a.bdl", "1"}});
   store->finish();

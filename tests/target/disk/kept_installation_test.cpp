@@ -146,6 +146,14 @@ TEST_F(KeptInstallation, OneThatBrokeOffStillKeepsTheConfiguration) {
   EXPECT_EQ(inspect(), Installation::kComplete);
 }
 
+// There may be room for one file, but not for two halves of it.
+TEST_F(KeptInstallation, AHalfFileOfBeforeGoesFirst) {
+  disk.putFile(kPartitionAt, kPartName, "half of a file");
+  store->beginPreparation(kKeep);
+  EXPECT_FALSE(files().contains(kPartName));
+  EXPECT_EQ(files().at("config.db"), "precious");
+}
+
 TEST_F(KeptInstallation, AHostileMarkRemovesNothing) {
   disk.putFile(kPartitionAt, kMarkName, makeMark({{"../config.db", 8, 0}, {"config.db", 8, 0}}));
   store->beginPreparation(kKeep);
@@ -182,10 +190,46 @@ TEST_F(KeptInstallation, WithoutAFileSystemThereIsNothingToKeep) {
   EXPECT_TRUE(store->isPrepared());
 }
 
-TEST_F(KeptInstallation, APartitionOfAnotherTypeIsNothingToKeep) {
+struct WhatCannotBeKept : KeptInstallation {
+  void expectNotErased() {
+    disk.medium.syncSectors();
+    const auto sectors = disk.medium.now().sectors;
+    EXPECT_EQ(failureOf([&] { store->beginPreparation(kKeep); }),
+              "What is on the disk sda cannot be kept. Install without keeping the configuration "
+              "to erase everything on the disk.");
+    EXPECT_EQ(disk.medium.now().sectors, sectors);
+  }
+};
+
+TEST_F(WhatCannotBeKept, APartitionOfAnotherTypeIsNotErased) {
   disk.medium.writeSector(0, makeMbr({}, 1, {2048, 63 * 2048, 0x83}));
+  expectNotErased();
+}
+
+TEST_F(WhatCannotBeKept, AVolumeWithoutAPartitionIsNotErased) {
+  disk.medium.writeSector(0, makeFat16BootSector({}, planFat16(20000), 0, 1));
+  expectNotErased();
+}
+
+TEST_F(WhatCannotBeKept, APartitionThatEndsBehindTheDiskIsNotErased) {
+  disk.sectorCount = 63 * 2048;
+  expectNotErased();
+}
+
+TEST_F(WhatCannotBeKept, APartitionBehindAnEmptyEntryIsNotErased) {
+  Sector sector = disk.medium.sector(0);
+  std::copy_n(sector.begin() + 446, 16, sector.begin() + 462);
+  std::fill_n(sector.begin() + 446, 16, std::uint8_t{0});
+  disk.medium.writeSector(0, sector);
+  expectNotErased();
+}
+
+TEST_F(KeptInstallation, TheVolumeOfTheFirstPartitionIsKeptBesideOthers) {
+  Sector sector = disk.medium.sector(0);
+  std::copy_n(sector.begin() + 446, 16, sector.begin() + 462);
+  disk.medium.writeSector(0, sector);
   store->beginPreparation(kKeep);
-  EXPECT_THAT(said[0], HasSubstr("nothing on it to keep"));
+  EXPECT_EQ(files().at("config.db"), "precious");
 }
 
 TEST_F(KeptInstallation, AnEmptyScriptAfterAllIsErasedIsEmpty) {

@@ -147,6 +147,22 @@ TEST(FirstPartition, IsThatOfTheFirstEntry) {
   EXPECT_FALSE(firstPartition(sector, 1000));
 }
 
+TEST(OtherEntries, AreAllThatTheFirstPartitionIsNot) {
+  EXPECT_FALSE(holdsOtherEntries(withEntry(0x80, 6, 63, 100), 1000));
+  Sector second = withEntry(0x80, 6, 63, 100);
+  second[446 + 3 * 16 + 4] = 0x83;
+  EXPECT_TRUE(holdsOtherEntries(second, 1000));
+  EXPECT_TRUE(holdsOtherEntries(withEntry(0, 0x05, 63, 100), 1000));
+  EXPECT_TRUE(holdsOtherEntries(withEntry(0x80, 6, 900, 101), 1000));
+}
+
+TEST(OtherEntries, NeedATable) {
+  Sector sector = withEntry(0x80, 5, 63, 100);
+  sector[510] = 0;
+  EXPECT_FALSE(holdsOtherEntries(sector, 1000));
+  EXPECT_FALSE(holdsOtherEntries(withEntry(0, 0, 0, 0), 1000));
+}
+
 TEST(FatTypes, AreThoseOfFat) {
   for (const int type : {0x01, 0x04, 0x06, 0x0B, 0x0C, 0x0E})
     EXPECT_TRUE(isFatType(static_cast<std::uint8_t>(type)));

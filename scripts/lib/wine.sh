@@ -24,10 +24,11 @@ wine_display=
 : "${WINE_TIMEOUT:=600}"
 
 # A Wine program in the selected prefix and network. Whatever it starts and leaves running keeps its
-# files open: so these are never a pipe of the caller's, and no lock of the caller's.
+# files open: so these are never a pipe of the caller's, and no lock of the caller's. In a locale
+# without foreign letters Wine makes no files whose names have some.
 wine_program() {
   ${wine_launcher[@]+"${wine_launcher[@]}"} \
-    env WINEPREFIX="$wine_folder" WINEARCH=win64 WINEDEBUG=-all \
+    env LC_ALL=C.UTF-8 WINEPREFIX="$wine_folder" WINEARCH=win64 WINEDEBUG=-all \
     WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe=" \
     WINESERVER="$wine_programs/wineserver64" DISPLAY="$wine_display" "$@" </dev/null 9>&-
 }

@@ -61,8 +61,9 @@ TEST(MakeMbr, HoldsCodeSignatureAndOneActiveEntry) {
   EXPECT_EQ(ByteReader(std::span(sector).subspan(440)).u32le(), 0x12345678u);
   EXPECT_EQ(ByteReader(std::span(sector).subspan(510)).u16le(), 0xAA55);
   // From 0/32/33 to 8/40/32.
-  EXPECT_THAT(entryOf(sector),
-              ElementsAre(0x80, 32, 33, 0, 0x06, 40, 32, 8, 0, 8, 0, 0, 0, 0xF8, 1, 0));
+  const std::vector<std::uint8_t> entry{0x80, 32, 33, 0, 0x06, 40,   32, 8,
+                                        0,    8,  0,  0, 0,    0xF8, 1,  0};
+  EXPECT_EQ(entryOf(sector), entry);
   EXPECT_TRUE(std::all_of(sector.begin() + 462, sector.begin() + 510,
                           [](std::uint8_t byte) { return byte == 0; }));
 }

@@ -16,6 +16,9 @@
 #   vm_type NAME TEXT            sends the text to its serial port
 #   vm_picture NAME FILE         writes what its screen shows as FILE.png or FILE.ppm, as it ends
 #   vm_screen NAME               prints the text that its screen shows, with what was scrolled off
+#   vm_slow NAME DISK [BYTES]    its first disk (0), or another, writes no more than so many bytes a
+#                                second from now on; without a number as fast as it can again
+#   vm_leave_serial NAME         nobody reads its serial port any more; what it says stays unsaid
 #
 # Files of the PC NAME are in $WORK/NAME: what its serial port said since it was switched on is
 # in `console`. A PC that is switched on again has the MAC addresses that it had.
@@ -31,11 +34,14 @@ vm_requests=0
 # Settings, each of which may come more than once where that makes sense:
 #
 #   disk=BUS:FILE        a disk; BUS is ide, ahci or virtio, FILE its raw image or QEMU's name of it
+#   disk=virtio,OPTION:FILE  such a disk that is write-protected (readonly), or has sectors of 4096
+#                        bytes (sectors=4096)
 #   card=MODEL           a network card on the switch; without any a virtio-net-pci
 #   card=MODEL:unplugged one without a link
 #   memory=MIB           32 unless told otherwise
 #   append=TEXT          the kernel's command line, in place of that of a network boot
 #   boot=disk            boots from the disk
+#   trace=EVENT          what QEMU tells of this event is in `qemu.log`
 vm_start() {
   local name=$1 setting memory=32 append=initrd=initrd.rgz kernel=yes cards=() disks=() words=()
   shift
@@ -47,28 +53,37 @@ vm_start() {
       memory=*) memory=${setting#*=} ;;
       append=*) append=${setting#*=} ;;
       boot=disk) kernel= ;;
+      trace=*) words+=(-trace "${setting#*=}") ;;
       *) echo "unknown setting of a virtual PC: $setting" >&2; return 2 ;;
     esac
   done
   [ ${#cards[@]} -gt 0 ] || cards=(virtio-net-pci)
   : "${vm_numbers[$name]:=$((${#vm_numbers[@]} + 1))}"
   [ -z "$kernel" ] || words+=(-kernel "$VM_IMAGES/120" -initrd "$VM_IMAGES/121" -append "$append")
-  vm_add_disks ${disks[@]+"${disks[@]}"}
+  vm_add_disks ${disks[@]+"${disks[@]}"} || return
   vm_add_cards "$name" "${cards[@]}" || return
   vm_switch_on "$name" -m "$memory" "${words[@]}" && vm_unplug "$name" "${cards[@]}"
 }
 
-# Adds to `words` of the caller.
-vm_add_disks() { # BUS:FILE...
-  local disk number=0
+# Adds to `words` of the caller. One AHCI controller has all disks of this kind, one on each port.
+vm_add_disks() { # BUS[,OPTION]:FILE...
+  local disk number=0 port=0 drive device
   for disk in "$@"; do
-    words+=(-drive "if=none,id=disk$number,format=raw,cache=unsafe,file=${disk#*:}")
-    case $disk in
-      ide:*) words+=(-device "ide-hd,drive=disk$number,bus=ide.$((number / 2)),unit=$((number % 2))") ;;
-      ahci:*) words+=(-device "ich9-ahci,id=ahci$number"
-        -device "ide-hd,drive=disk$number,bus=ahci$number.0") ;;
-      virtio:*) words+=(-device "virtio-blk-pci,drive=disk$number") ;;
+    drive=if=none,id=disk$number,format=raw,cache=unsafe device=drive=disk$number
+    case ${disk%%:*} in
+      ide) device="ide-hd,$device,bus=ide.$((number / 2)),unit=$((number % 2))" ;;
+      ahci)
+        [ $port -gt 0 ] || words+=(-device "ich9-ahci,id=ahci")
+        device="ide-hd,$device,bus=ahci.$((port++))"
+        ;;
+      virtio) device="virtio-blk-pci,$device" ;;
+      virtio,readonly) device="virtio-blk-pci,$device" drive+=,readonly=on ;;
+      virtio,sectors=4096)
+        device="virtio-blk-pci,$device,logical_block_size=4096,physical_block_size=4096"
+        ;;
+      *) echo "unknown disk of a virtual PC: $disk" >&2; return 2 ;;
     esac
+    words+=(-drive "$drive,file=${disk#*:}" -device "$device")
     number=$((number + 1))
   done
 }
@@ -206,6 +221,22 @@ vm_screen() {
     od -An -v -w2 -c "$memory" | cut -c 4 | tr -d '\n' | fold -w 80 | sed 's/ *$//'
 }
 
+vm_slow() {
+  vm_ask "$1" block_set_io_throttle "{\"device\":\"disk$2\",\"bps_wr\":${3:-0},
+    \"bps\":0,\"bps_rd\":0,\"iops\":0,\"iops_rd\":0,\"iops_wr\":0}"
+}
+
+# What reads the serial port is stopped, and the pipe to it filled.
+vm_leave_serial() {
+  local reader=${vm_readers[$1]##* } size
+  kill -STOP "$reader" || return
+  until grep -q '^State:.T' "/proc/$reader/status"; do sleep 0.05; done
+  for size in 4096 1; do
+    ! dd if=/dev/zero of="$WORK/$1/pipes/serial.out" bs=$size oflag=nonblock conv=notrunc \
+      2>/dev/null || return
+  done
+}
+
 vm_off() {
   [ -z "${vm_pids[$1]:-}" ] || kill -KILL "${vm_pids[$1]}" 2>/dev/null
   vm_reap "$1"
@@ -216,12 +247,14 @@ vm_off_all() {
   for name in "${!vm_pids[@]}"; do vm_off "$name"; done
 }
 
-# The readers end with what they read from; those that still wait for a writer get one.
+# The readers end with what they read from; those that still wait for a writer get one, and one that
+# was stopped goes on.
 vm_reap() {
   local pid pipe
   for pipe in "$WORK/$1"/pipes/*.out; do
     [ ! -p "$pipe" ] || : <>"$pipe"
   done
+  for pid in ${vm_readers[$1]:-}; do kill -CONT "$pid" 2>/dev/null; done
   for pid in ${vm_pids[$1]:-} ${vm_readers[$1]:-}; do wait "$pid" 2>/dev/null; done
   unset "vm_pids[$1]" "vm_readers[$1]"
 }

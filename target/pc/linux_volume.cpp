@@ -22,7 +22,7 @@ constexpr const char* kMountPoint = "/volume";
 constexpr const char* kOptions = "codepage=437,iocharset=iso8859-1,shortname=mixed";
 // More than a router has there. Memory is scarce, and the kernel goes through the folder for each
 // entry.
-constexpr std::size_t kMostEntries = 2048;
+constexpr std::size_t kMostEntries = 1024;
 constexpr unsigned long kFlags = MS_NOATIME | MS_NOSUID | MS_NODEV | MS_NOEXEC;
 
 // Without the file's name: while it is written it has one that says nothing.

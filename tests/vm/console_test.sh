@@ -62,6 +62,24 @@ the_serial_console_shows_the_progress() {
   [ "$(wc -l <"$WORK/shown")" -ge 2 ]
 }
 
+# goes_on_with COMMAND...: what the command does to a console of the PC in the middle of the transfer
+# does not hold the installation up, which is over and the PC restarted in a few seconds.
+goes_on_with() {
+  large_package
+  start_pc pc || return 1
+  begin_install --first 1
+  vm_await pc "Receiving $LARGE" && "$@" && vm_await_reboot pc 20 &&
+    has_disk "$(disk_of pc)" "$(vm_mac pc)"
+}
+
+a_screen_that_scroll_lock_holds_does_not_hold_the_installation_up() {
+  goes_on_with vm_press pc scroll_lock
+}
+
+a_serial_line_that_nobody_reads_does_not_hold_the_installation_up() {
+  goes_on_with vm_leave_serial pc
+}
+
 a_pc_that_starts_from_its_new_disk_says_what_is_on_it() {
   demo_packages
   start_pc pc || return 1
@@ -74,4 +92,7 @@ a_pc_that_starts_from_its_new_disk_says_what_is_on_it() {
 run_tests both_consoles_work_with_every_command_line the_screen_shows_a_picture_of_its_text \
   a_key_of_the_keyboard_reboots_an_installed_pc \
   a_byte_on_the_serial_line_reboots_an_installed_pc_that_the_installer_has_left \
-  the_serial_console_shows_the_progress a_pc_that_starts_from_its_new_disk_says_what_is_on_it
+  the_serial_console_shows_the_progress \
+  a_screen_that_scroll_lock_holds_does_not_hold_the_installation_up \
+  a_serial_line_that_nobody_reads_does_not_hold_the_installation_up \
+  a_pc_that_starts_from_its_new_disk_says_what_is_on_it

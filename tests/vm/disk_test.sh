@@ -5,32 +5,8 @@
 
 FLOPPY_LINE="load_ramdisk=1 initrd=initrd.rgz"
 
-# The table of partitions as other tools read it.
-table() {
-  sfdisk -d "$1" | grep -v '^label-id:'
-}
-
-# What the router wrote stays, with the partition; the packages are those of the second installation.
-keep_leaves_the_configuration_and_replaces_the_packages() {
-  local image
-  image=$(disk_of pc)
-  demo_packages
-  start_pc pc || return 1
-  install_pcs --first 1 && is_installed pc || return 1
-  head -c 300000 /dev/urandom >"$WORK/state"
-  disk_put "$image" "$WORK/state" router-state.dat || return 1
-  head -c 512 "$image" >"$WORK/first-sector"
-  large_package
-  start_pc pc || return 1
-  status 0 install --packages "$WORK/packages" --select-all --first 1 --wait "$VM_PATIENCE" \
-    --keep-config --reboot || return 1
-  vm_await_reboot pc && says "$WORK/pc/console" "keeping the configuration" || return 1
-  disk_read "$image" "$WORK/read" && cmp "$WORK/state" "$WORK/read/router-state.dat" || return 1
-  cmp <(head -c 512 "$image") "$WORK/first-sector" || return 1
-  disk_remove "$image" router-state.dat && is_whole "$image"
-}
-
-# A disk with the files that boot the installer system, alone on it or in a partition.
+# A disk with the files that boot the installer system, and data of somebody, alone on it or in a
+# partition.
 make_medium() { # image partitioned|whole
   local image=$1 start=0
   disk_make "$image" 64
@@ -39,9 +15,11 @@ make_medium() { # image partitioned|whole
     echo 'start=2048, type=6, bootable' | sfdisk -q "$image" || return
   fi
   mkfs.fat --offset $start "$image" $((65536 - start / 2)) >/dev/null || return
+  yes "What somebody keeps here." | head -c 3000000 >"$image.data"
   disk_mtools mcopy -i "$image@@$((start * 512))" "$VM_IMAGES/120" ::linux &&
     disk_mtools mcopy -i "$image@@$((start * 512))" "$VM_IMAGES/121" ::initrd.rgz &&
-    cp "$image" "$image.before"
+    disk_mtools mcopy -i "$image@@$((start * 512))" "$image.data" ::data.txt &&
+    cp --sparse=always "$image" "$image.before"
 }
 
 the_disk_that_it_booted_from_is_left_alone_and_the_next_is_taken() {
@@ -49,7 +27,8 @@ the_disk_that_it_booted_from_is_left_alone_and_the_next_is_taken() {
   make_medium "$WORK/medium.img" partitioned || return 1
   disk_make "$(disk_of pc)" 64
   start_pc pc append="$FLOPPY_LINE" disk="ide:$WORK/medium.img" disk="ide:$(disk_of pc)" || return 1
-  install_pcs --first 1 && is_installed pc && cmp "$WORK/medium.img" "$WORK/medium.img.before"
+  install_pcs --first 1 && is_installed pc && is_untouched "$WORK/medium.img" &&
+    says "$WORK/pc/console" "The disk sda is left alone: it holds the installer system"
 }
 
 with_no_other_disk_than_that_it_booted_from_it_says_so() {
@@ -58,7 +37,7 @@ with_no_other_disk_than_that_it_booted_from_it_says_so() {
   start_pc pc append="$FLOPPY_LINE" disk="virtio:$WORK/medium.img" || return 1
   status 1 install --packages "$WORK/packages" --select-all --first 1 --wait "$VM_PATIENCE" ||
     return 1
-  fails_with pc "disk" && cmp "$WORK/medium.img" "$WORK/medium.img.before"
+  fails_with pc "disk" && is_untouched "$WORK/medium.img"
 }
 
 # After a boot from the network these files are just an old disk's.
@@ -107,12 +86,46 @@ after_a_failure_a_pc_rests_and_announces_itself_again() {
   vm_await pc "Installation failed" || return 1
   kill "$installer"
   wait "$installer"
-  status 3 cli routers --interface "$netns_if1" --seconds 6 || return 1
-  status 0 cli routers --interface "$netns_if1" --seconds 8 && says "$WORK/out" "$(vm_mac pc)"
+  status 3 cli routers --interface "$netns_if1" --seconds 4 || return 1
+  status 0 cli routers --interface "$netns_if1" --seconds 12 && says "$WORK/out" "$(vm_mac pc)"
 }
 
-run_tests keep_leaves_the_configuration_and_replaces_the_packages \
-  the_disk_that_it_booted_from_is_left_alone_and_the_next_is_taken \
+# all_is_flushed NAME: of the IDE commands that QEMU has told so far, one to flush the disk's cache (E7,
+# EA) comes after the last that writes.
+all_is_flushed() {
+  local commands=$WORK/$1.commands
+  grep -aoE 'cmd 0x(30|34|35|39|3d|c5|ca|ce|e7|ea)$' "$WORK/$1/qemu.log" >"$commands"
+  if [ "$(grep -cvE 'e7|ea' "$commands")" -lt 10 ] || ! tail -n 1 "$commands" | grep -qE 'e7|ea'; then
+    say "no writes, or none that is flushed, at the end of:"
+    tail -n 5 "$commands"
+    return 1
+  fi
+}
+
+# The power may go off when it says so, and a disk forgets what is in its cache then.
+when_a_pc_says_that_all_is_safe_the_cache_of_the_disk_is_flushed() {
+  demo_packages
+  start_pc pc trace=ide_exec_cmd || return 1
+  begin_install --first 1
+  vm_await pc "are written and safe" || return 1
+  all_is_flushed pc && is_installed pc && all_is_flushed pc
+}
+
+# To look at them all takes more memory than the PC has to spare, and minutes.
+a_pc_whose_disk_has_70000_files_in_its_root_folder_is_installed() {
+  local image
+  image=$(disk_of pc)
+  demo_packages
+  disk_make "$image" 160 && echo 'start=2048, type=c, bootable' | sfdisk -q "$image" &&
+    mkfs.fat -F 32 -s 4 --offset 2048 "$image" $((159 << 10)) >/dev/null &&
+    tests/vm/huge_folder "$image" $((2048 * 512)) 70000 || return 1
+  start_pc pc disk="virtio:$image" || return 1
+  vm_await pc "Disks: vda 160 MB" && install_pcs --first 1 && is_installed pc
+}
+
+run_tests the_disk_that_it_booted_from_is_left_alone_and_the_next_is_taken \
   with_no_other_disk_than_that_it_booted_from_it_says_so \
   a_disk_with_these_files_is_used_after_a_boot_from_the_network \
-  a_pc_that_cannot_be_installed_says_why after_a_failure_a_pc_rests_and_announces_itself_again
+  a_pc_that_cannot_be_installed_says_why after_a_failure_a_pc_rests_and_announces_itself_again \
+  when_a_pc_says_that_all_is_safe_the_cache_of_the_disk_is_flushed \
+  a_pc_whose_disk_has_70000_files_in_its_root_folder_is_installed

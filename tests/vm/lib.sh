@@ -39,10 +39,27 @@ start_pc() {
   vm_start "$name" "$@"
 }
 
+WITH_ALL=(--packages "$WORK/packages" --select-all --address 192.168.88.2/24
+  --gateway 192.168.88.1 --wait "$VM_PATIENCE" --reboot)
+
 # install_pcs ARGUMENT...: installs with all packages, an address and a reboot.
-install_pcs() {
-  status 0 install --packages "$WORK/packages" --select-all --address 192.168.88.2/24 \
-    --gateway 192.168.88.1 --wait "$VM_PATIENCE" --reboot "$@"
+install_pcs() { status 0 install "${WITH_ALL[@]}" "$@"; }
+
+# begin_install ARGUMENT...: the same beside the test, as start_installer.
+begin_install() { start_installer "${WITH_ALL[@]}" "$@"; }
+
+# A disk of another size with somebody's data, and a copy of it.
+make_others_disk() { # image
+  disk_make "$1" 48 && yes "What somebody keeps here." | head -c 3000000 |
+    dd of="$1" conv=notrunc status=none && cp --sparse=always "$1" "$1.before"
+}
+
+# is_untouched IMAGE: the disk is as its copy.
+is_untouched() { cmp "$1" "$1.before"; }
+
+# never_said NAME TEXT: the console of the PC has not shown that.
+never_said() {
+  ! vm_says "$1" console "$2" 1 || { say "the console of $1 has shown \"$2\""; return 1; }
 }
 
 # is_installed NAME [CARD]: the PC rebooted, and its disk holds what install_pcs sent, the script for

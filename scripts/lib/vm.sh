@@ -10,7 +10,7 @@
 #                                waits until its serial console shows the text, once or so many times
 #   vm_await_reboot NAME [SECONDS]
 #                                waits until the PC reboots itself; it is off then
-#   vm_reset NAME                presses its reset button
+#   vm_reset NAME                presses its reset button; returns when the installer system is back
 #   vm_off NAME, vm_off_all      cuts its power, or that of all; fit for a trap, at any moment
 #   vm_press NAME KEY            presses a key of its keyboard, by the name that QEMU has for it
 #   vm_type NAME TEXT            sends the text to its serial port
@@ -27,6 +27,8 @@
 VM_IMAGES=${OMNISET_IMAGES:-$BUILD/linux/images}
 # How long one waits for what a PC does, in seconds: emulated on a busy machine it takes its time.
 VM_PATIENCE=90
+
+VM_FIRST_WORDS="installer system"
 
 declare -A vm_pids=() vm_readers=() vm_numbers=()
 vm_requests=0
@@ -195,12 +197,12 @@ vm_await_reboot() {
 }
 
 # QEMU ends at a reboot, but not at this one, nor at those by which the firmware completes it: these
-# are over when the kernel speaks.
+# are over when the installer system speaks again.
 vm_reset() {
-  local lines
-  lines=$(wc -l <"$WORK/$1/console")
+  local starts
+  starts=$(grep -aFc "$VM_FIRST_WORDS" "$WORK/$1/console")
   vm_ask "$1" set-action '{"reboot":"reset"}' && vm_ask "$1" system_reset &&
-    vm_await_text "$1" console '' "$VM_PATIENCE" $((lines + 1)) &&
+    vm_await "$1" "$VM_FIRST_WORDS" "$VM_PATIENCE" $((starts + 1)) &&
     vm_ask "$1" set-action '{"reboot":"shutdown"}'
 }
 

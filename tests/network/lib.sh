@@ -7,6 +7,8 @@ set -u
 . "$(dirname "${BASH_SOURCE[0]}")/../../scripts/lib/setup.sh"
 # shellcheck source=scripts/lib/netns.sh
 . "$TOP/scripts/lib/netns.sh"
+# shellcheck source=tests/run_tests.sh
+. "$TOP/tests/run_tests.sh"
 
 MAC_INSTALLER=02:00:00:00:00:01
 MAC_TARGET=02:00:00:00:00:02
@@ -14,8 +16,6 @@ BIN=$BUILD/linux
 CLI=$BIN/cli/omniset-cli
 MAKE_BDL=$BIN/tests/tools/make-bdl
 
-passed=0
-failed=0
 WORK=$(mktemp -d)
 pids=()
 # Functions of other files that end what they have started.
@@ -25,6 +25,12 @@ stoppers=()
 make_network() {
   netns_make $MAC_INSTALLER $MAC_TARGET
 }
+
+before_tests() {
+  make_network || die "The network namespaces could not be made."
+}
+
+after_each_test() { stop_all; }
 
 cleanup() {
   stop_all
@@ -124,24 +130,4 @@ wait_for() {
     [ $((left -= 1)) -gt 0 ] || { says "$1" "$2"; return 1; }
     sleep 0.05
   done
-}
-
-# run_tests NAME...: each in an empty work folder, then the closing line.
-run_tests() {
-  local name started
-  make_network || die "The network namespaces could not be made."
-  for name in "$@"; do
-    started=$SECONDS
-    rm -rf "${WORK:?}"/*
-    if "$name"; then
-      passed=$((passed + 1))
-      say "ok      $name ($((SECONDS - started)) s)"
-    else
-      failed=$((failed + 1))
-      say "FAILED  $name"
-    fi
-    stop_all
-  done
-  say "$passed passed, $failed failed"
-  [ "$failed" -eq 0 ]
 }

@@ -4,28 +4,27 @@
 set -u
 # shellcheck source=scripts/lib/setup.sh
 . "$(dirname "$0")/../../scripts/lib/setup.sh"
+# shellcheck source=tests/run_tests.sh
+. tests/run_tests.sh
 
 INSTALLED="This disk holds packages that Omniset installed."
 PRESS="Press a key to restart."
 MIB64=$((64 << 20))
 
-passed=0
-failed=0
 pc=
 reader=
 WORK=$(mktemp -d)
-CODE=$WORK/code
+CODE=$(mktemp -d)
 
 cleanup() {
   stop_pc
-  rm -rf "$WORK"
+  rm -rf "$WORK" "$CODE"
 }
 trap cleanup EXIT
 trap 'exit 130' INT TERM
 
 assemble() {
-  mkdir -p "$CODE" &&
-    nasm -f bin -I payload/boot/ -o "$CODE/mbr" payload/boot/mbr.asm &&
+  nasm -f bin -I payload/boot/ -o "$CODE/mbr" payload/boot/mbr.asm &&
     nasm -f bin -I payload/boot/ -o "$CODE/volume" payload/boot/volume.asm &&
     nasm -f bin -o "$CODE/no_extensions" tests/vm/no_extensions.asm
 }
@@ -56,6 +55,12 @@ start_pc() {
   pc=$!
   exec 8>"$WORK/monitor"
 }
+
+before_tests() {
+  assemble || die "The boot code could not be assembled."
+}
+
+after_each_test() { stop_pc; }
 
 stop_pc() {
   exec 8>&-
@@ -206,26 +211,6 @@ without_a_serial_port_the_screen_says_it_and_a_key_restarts() {
   restarts
 }
 
-# run_tests NAME...: each with a work folder of its own, then the closing line.
-run_tests() {
-  local name started
-  for name in "$@"; do
-    started=$SECONDS
-    find "$WORK" -mindepth 1 -maxdepth 1 ! -path "$CODE" -exec rm -rf {} +
-    if "$name"; then
-      passed=$((passed + 1))
-      say "ok      $name ($((SECONDS - started)) s)"
-    else
-      failed=$((failed + 1))
-      say "FAILED  $name"
-    fi
-    stop_pc
-  done
-  say "$passed passed, $failed failed"
-  [ "$failed" -eq 0 ]
-}
-
-assemble || die "The boot code could not be assembled."
 run_tests an_installed_disk_on_ide_says_what_it_is an_installed_disk_on_ahci_says_what_it_is \
   an_installed_disk_on_virtio_says_what_it_is the_text_is_whole \
   the_active_partition_is_the_one_that_starts a_partition_beyond_8_GB_starts \

@@ -3,13 +3,13 @@
 set -u
 # shellcheck source=scripts/lib/setup.sh
 . "$(dirname "$0")/../../scripts/lib/setup.sh"
+# shellcheck source=tests/run_tests.sh
+. tests/run_tests.sh
 
 FORMAT=$BUILD/linux/tests/tools/format-image
 SMALLEST=$((4 << 20))
 MEGABYTE=$((1 << 20))
 
-passed=0
-failed=0
 WORK=$(mktemp -d)
 trap 'rm -rf "$WORK"' EXIT
 trap 'exit 130' INT TERM
@@ -135,23 +135,6 @@ the_volume_can_be_filled() {
 a_smaller_disk_is_refused() {
   "$FORMAT" "$DISK" $((SMALLEST - 512)) 2>"$WORK/err" && { say "formatted"; return 1; }
   grep -q 'too small: it has 3 MB, and at least 4 MB are needed' "$WORK/err" && [ ! -e "$DISK" ]
-}
-
-run_tests() {
-  local name started
-  for name in "$@"; do
-    started=$SECONDS
-    rm -rf "${WORK:?}"/*
-    if "$name"; then
-      passed=$((passed + 1))
-      say "ok      $name ($((SECONDS - started)) s)"
-    else
-      failed=$((failed + 1))
-      say "FAILED  $name"
-    fi
-  done
-  say "$passed passed, $failed failed"
-  [ "$failed" -eq 0 ]
 }
 
 need "${VM_PACKAGES[@]}"

@@ -116,6 +116,8 @@ void TargetSession::keyPressed(Micros now) {
 void TargetSession::wasAbsent(Micros duration) {
   lastHeard_ += duration;
   lastProgress_ += duration;
+  // What failed after it had taken its time is followed by a whole rest.
+  if (state_ == State::kFailed) deadline_ += duration;
 }
 
 void TargetSession::describeDisks(const std::string& disks) {
@@ -183,7 +185,7 @@ void TargetSession::announce(Micros now) {
 
 // No installation has failed, and other cards of the PC go on.
 void TargetSession::announceLater(const std::string& reason, Micros now) {
-  say("Cannot announce this PC: " + reason);
+  say(identity_.label + " cannot be announced: " + reason);
   deadline_ = now + kRestAfterFailure;
 }
 

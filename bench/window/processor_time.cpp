@@ -2,7 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <system_error>
 
 #include "tests/win/driver/waiting.h"
@@ -16,9 +16,11 @@ namespace {
 constexpr char kProcesses[] = "Z:\\proc";
 constexpr std::size_t kLongestName = 15;  // the system keeps no more of it
 
+// Empty when the process has ended meanwhile.
 std::string contentOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
+  std::ostringstream content;
+  content << std::ifstream(file, std::ios::binary).rdbuf();
+  return content.str();
 }
 
 bool isOf(const fs::path& process, const std::string& name, const std::string& environmentText) {

@@ -18,6 +18,7 @@ DiskLayout readLayout(TargetDisk& disk) {
   disk.readSectors(layout.partition->first, sector);
   layout.isOurs = isOurVolume(sector);
   layout.holdsFat = looksLikeFat(sector);
+  if (!layout.isOurs && !layout.holdsFat) layout.holdsOthers = true;
   return layout;
 }
 

@@ -17,7 +17,7 @@ struct DiskLayout {
   bool isOurs = false;       // an installation began in the partition
   bool holdsFat = false;     // there may be a FAT volume in the partition
   bool isFatDisk = false;    // there may be one on the disk as a whole, without a partition
-  bool holdsOthers = false;  // that, or entries that are no FAT volume in the first one
+  bool holdsOthers = false;  // that, or anything but an installation and FAT in the first entry
 };
 
 // Reads two sectors at most. Raises what the disk raises.

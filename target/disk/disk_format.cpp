@@ -1,17 +1,29 @@
 #include "target/disk/disk_format.h"
 
+#include "core/byte_cursor.h"
+#include "core/error.h"
 #include "target/disk/fat16_format.h"
 
 namespace omniset {
 
 namespace {
 
-// Of a GUID partition table the headers are in the second and the last sector: left there, they
-// would lead other tools to partitions that are gone.
+// The header of a GUID partition table (UEFI specification, 5.3.2).
+bool holdsGuidTable(TargetDisk& disk, std::uint64_t place) {
+  Sector sector{};
+  try {
+    disk.readSectors(place, sector);
+  } catch (const Failure&) {
+    return false;  // nothing that leads anybody
+  }
+  return asText(sector).starts_with("EFI PART");
+}
+
+// Left in the second and the last sector, it would lead other tools to partitions that are gone.
 void eraseGuidTables(TargetDisk& disk) {
-  const Sector empty{};
-  disk.writeSectors(1, empty);
-  disk.writeSectors(disk.sectorCount() - 1, empty);
+  for (const std::uint64_t place : {std::uint64_t{1}, disk.sectorCount() - 1}) {
+    if (holdsGuidTable(disk, place)) disk.writeSectors(place, Sector{});
+  }
 }
 
 }  // namespace

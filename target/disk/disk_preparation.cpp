@@ -71,17 +71,18 @@ DiskContents DiskPreparation::look() {
   }
 }
 
-std::unique_ptr<Volume> DiskPreparation::openKept() {
+DiskPreparation::Kept DiskPreparation::openKept() {
   try {
-    return disk_.mount(TargetDisk::Place::kFirstPartition, TargetDisk::Access::kReadWrite);
+    Kept kept{disk_.mount(TargetDisk::Place::kFirstPartition, TargetDisk::Access::kReadWrite), {}};
+    kept.contents = readContents(layout_, *kept.volume);
+    return kept;
   } catch (const Failure& e) {
     throw Failure(e.what() + std::string(kWayOut));
   }
 }
 
 std::unique_ptr<Volume> DiskPreparation::keepVolume() {
-  auto volume = openKept();
-  const DiskContents contents = readContents(layout_, *volume);
+  auto [volume, contents] = openKept();
   sayWhatIsThere(contents);
   tell("the partition and the configuration on it are kept; the packages are replaced.");
   writeBegunMark(*volume);
@@ -89,7 +90,7 @@ std::unique_ptr<Volume> DiskPreparation::keepVolume() {
     if (isOfInstallation(entry, contents.files)) volume->remove(entry.name);
   }
   volume->sync();
-  return volume;
+  return std::move(volume);
 }
 
 std::unique_ptr<Volume> DiskPreparation::makeVolume() {

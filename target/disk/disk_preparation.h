@@ -31,7 +31,12 @@ class DiskPreparation {
   PreparedVolume run(bool keepConfiguration);
 
  private:
-  std::unique_ptr<Volume> openKept();
+  struct Kept {
+    std::unique_ptr<Volume> volume;
+    DiskContents contents;
+  };
+
+  Kept openKept();
   DiskContents look();
   void sayWhatIsThere(const DiskContents& contents);
   std::unique_ptr<Volume> keepVolume();

@@ -230,6 +230,21 @@ TEST_F(TargetHostTest, TheTimeThatAStoreTakesIsNoSilenceOfTheInstaller) {
   EXPECT_EQ(state(1), State::kAnnouncing);
 }
 
+TEST_F(TargetHostTest, ADiskThatFailsAfterALongTimeIsFollowedByAWholeRest) {
+  add(0);
+  stores[0].failing = "prepare";
+  stores[0].onCall = [&] {
+    if (stores[0].calls.back() == "prepare") link.clock.advance(100 * kSecond);
+  };
+  deliver(0, 1, 1, "OFFR\n");
+  deliver(0, 2, 2);
+  run();
+  run(9 * kSecond);
+  EXPECT_EQ(state(0), State::kFailed);
+  run(2 * kSecond);
+  EXPECT_EQ(state(0), State::kAnnouncing);
+}
+
 TEST_F(TargetHostTest, ARemovedTargetIsSilentAndUnknown) {
   add(0);
   add(1);

@@ -277,7 +277,7 @@ TEST_F(TargetMachineTest, ACardThatCannotSendLeavesTheOthersAlone) {
   run(25 * kSecond);
   EXPECT_THAT(sentBy("eth1"), SizeIs(25));
   EXPECT_THAT(console.sentences,
-              Contains(HasSubstr("Cannot announce this PC: sendto() failed")).Times(3));
+              Contains(HasSubstr("eth0 (e1000) cannot be announced: sendto() failed")).Times(3));
   cards.networks["eth0"]->failing.clear();
   run(10 * kSecond);
   EXPECT_THAT(sentBy("eth0"), Not(IsEmpty()));

@@ -137,8 +137,6 @@ a_smaller_disk_is_refused() {
   grep -q 'too small: it has 3 MB, and at least 4 MB are needed' "$WORK/err" && [ ! -e "$DISK" ]
 }
 
-need "${VM_PACKAGES[@]}"
-[ -x "$FORMAT" ] || build linux format-image || exit 1
 run_tests smallest_and_around_every_change_of_form ordinary_sizes largest_sizes odd_sizes \
   the_partition_starts_where_it_should other_programs_find_nothing_wrong_with_the_table \
   the_volume_has_its_label_and_number_and_is_empty the_volume_knows_its_geometry \

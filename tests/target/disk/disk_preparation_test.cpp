@@ -110,12 +110,21 @@ TEST_F(DiskPreparationTest, AWholeDiskVolumeOfOthersIsErased) {
 
 TEST_F(DiskPreparationTest, NothingIsLeftOfAGuidPartitionTable) {
   Sector header{};
-  header[0] = 'E';
+  ByteWriter(header).put(asBytes("EFI PART"));
   disk.medium.writeSector(1, header);
   disk.medium.writeSector(disk.sectorCount - 1, header);
   store->beginPreparation(false);
   EXPECT_EQ(disk.medium.sector(1), Sector{});
   EXPECT_EQ(disk.medium.sector(disk.sectorCount - 1), Sector{});
+}
+
+TEST_F(DiskPreparationTest, SectorsBehindThePartitionAreNotWrittenToWithoutReason) {
+  disk.sectorCount = 3000 * kMegabyte;
+  Sector data{};
+  data[0] = 'x';
+  disk.medium.writeSector(disk.sectorCount - 1, data);
+  store->beginPreparation(false);
+  EXPECT_EQ(disk.medium.sector(disk.sectorCount - 1), data);
 }
 
 TEST_F(DiskPreparationTest, TheRestOfALargeDiskStaysFree) {

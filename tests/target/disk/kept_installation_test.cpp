@@ -206,6 +206,11 @@ TEST_F(WhatCannotBeKept, APartitionOfAnotherTypeIsNotErased) {
   expectNotErased();
 }
 
+TEST_F(WhatCannotBeKept, AVolumeWhoseFirstSectorIsDamagedIsNotErased) {
+  disk.medium.writeSector(kPartitionAt, Sector{});
+  expectNotErased();
+}
+
 TEST_F(WhatCannotBeKept, AVolumeWithoutAPartitionIsNotErased) {
   disk.medium.writeSector(0, makeFat16BootSector({}, planFat16(20000), 0, 1));
   expectNotErased();

@@ -43,7 +43,12 @@ WITH_ALL=(--packages "$WORK/packages" --select-all --address 192.168.88.2/24
   --gateway 192.168.88.1 --wait "$VM_PATIENCE" --reboot)
 
 # install_pcs ARGUMENT...: installs with all packages, an address and a reboot.
-install_pcs() { status 0 install "${WITH_ALL[@]}" "$@"; }
+install_pcs() {
+  status 0 install "${WITH_ALL[@]}" "$@" && return 0
+  say "the consoles end with:"
+  tail -n 15 "$WORK"/*/console
+  return 1
+}
 
 # begin_install ARGUMENT...: the same beside the test, as start_installer.
 begin_install() { start_installer "${WITH_ALL[@]}" "$@"; }

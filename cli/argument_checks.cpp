@@ -9,6 +9,9 @@ namespace omniset {
 
 namespace {
 
+// PCs have to be switched on, and to get through their firmware and the boot.
+constexpr Micros kWaitWithBoot = 600 * kSecond;
+
 void checkSelection(const WrittenArguments& w, InstallOptions& options) {
   if (w.folder.empty()) throw BadInput("Say where the packages are: --packages FOLDER.");
   options.folder = w.folder;
@@ -104,9 +107,20 @@ InstallOptions checkedInstall(const WrittenArguments& w) {
   checkConfiguration(w, options);
   options.interfaceName = w.interfaceName;
   options.reboot = w.reboot;
+  if (!w.boot.empty()) {
+    options.bootAddress = parseClientAddress("--boot", w.boot);
+    options.wait = kWaitWithBoot;
+  }
   if (!w.wait.empty()) options.wait = parseCount("--wait", "seconds", w.wait) * kSecond;
   options.json = w.json;
   return options;
+}
+
+BootOptions checkedBoot(const WrittenArguments& w) {
+  if (w.client.empty()) {
+    throw BadInput("Say which address PCs get while they boot: --client A.B.C.D.");
+  }
+  return {parseClientAddress("--client", w.client), w.interfaceName, w.json};
 }
 
 }  // namespace omniset

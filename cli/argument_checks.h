@@ -9,5 +9,6 @@ namespace omniset {
 PackagesOptions checkedPackages(const WrittenArguments& w);
 RoutersOptions checkedRouters(const WrittenArguments& w);
 InstallOptions checkedInstall(const WrittenArguments& w);
+BootOptions checkedBoot(const WrittenArguments& w);
 
 }  // namespace omniset

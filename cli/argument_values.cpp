@@ -16,6 +16,8 @@ namespace {
 
 constexpr int kLargestCount = 1'000'000;
 constexpr int kLongestNetmask = 32;
+constexpr std::uint32_t kLoopbackNetwork = 127;
+constexpr std::uint32_t kFirstMulticastNetwork = 224;  // and what is reserved behind those
 constexpr std::array kBaudRates = {1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200};
 
 std::string quoted(const std::string& text) {
@@ -70,6 +72,18 @@ std::uint32_t parseGateway(const std::string& text) {
   throw BadInput("--gateway " + quoted(text) +
                  " is not a router's address: write A.B.C.D, for example --gateway "
                  "192.168.88.254, or leave --gateway out.");
+}
+
+std::uint32_t parseClientAddress(const std::string& option, const std::string& text) {
+  const auto address = parseDottedQuad(text);
+  const std::uint32_t firstOctet = address.value_or(0) & 0xFF;
+  if (firstOctet != 0 && firstOctet != kLoopbackNetwork && firstOctet < kFirstMulticastNetwork) {
+    return *address;
+  }
+  throw BadInput(option + " " + quoted(text) +
+                 " is not an address that a PC can have: write A.B.C.D, a free address on the "
+                 "subnet of this computer, for example " +
+                 option + " 192.168.88.20.");
 }
 
 int parseBaudRate(const std::string& text) {

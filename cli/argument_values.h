@@ -17,6 +17,8 @@ struct AddressWithLength {
 MacAddress parseRouter(const std::string& text);
 AddressWithLength parseAddress(const std::string& text);
 std::uint32_t parseGateway(const std::string& text);
+// That a PC gets while it boots; `option` as the operator wrote it ("--client").
+std::uint32_t parseClientAddress(const std::string& option, const std::string& text);
 int parseBaudRate(const std::string& text);
 
 // A whole number from 1 to a million; `option` as the operator wrote it ("--wait"), `unit` for the

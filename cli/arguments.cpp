@@ -14,7 +14,8 @@ namespace omniset {
 namespace {
 
 const CLI::App* commandGiven(const Commands& commands) {
-  for (const CLI::App* each : {commands.packages, commands.routers, commands.install}) {
+  for (const CLI::App* each :
+       {commands.packages, commands.routers, commands.install, commands.boot}) {
     if (each->parsed()) return each;
   }
   return nullptr;
@@ -31,11 +32,12 @@ void refuseEmptyValues(const CLI::App& command) {
 
 Arguments checked(const Commands& commands, const WrittenArguments& written) {
   const CLI::App* command = commandGiven(commands);
-  if (!command) throw BadInput("Say what to do: packages, routers or install.");
+  if (!command) throw BadInput("Say what to do: packages, routers, install or boot.");
   refuseEmptyValues(*command);
   if (command == commands.packages) return {checkedPackages(written), written.trace};
   if (command == commands.routers) return {checkedRouters(written), written.trace};
-  return {checkedInstall(written), written.trace};
+  if (command == commands.install) return {checkedInstall(written), written.trace};
+  return {checkedBoot(written), written.trace};
 }
 
 EarlyEnd complaint(const std::string& sentence, const CLI::App* command) {

@@ -11,7 +11,7 @@ namespace omniset {
 
 // What to do.
 struct Arguments {
-  std::variant<PackagesOptions, RoutersOptions, InstallOptions> command;
+  std::variant<PackagesOptions, RoutersOptions, InstallOptions, BootOptions> command;
   bool trace = false;
 };
 

@@ -27,11 +27,33 @@ constexpr const char* kInstallExample =
     "  omniset-cli install --packages ~/packages --select system,routing --first 1 \\\n"
     "      --address 192.168.88.1/24 --gateway 192.168.88.254 --reboot\n"
     "  omniset-cli install --packages ~/packages --select-all --all --wait 120 --json\n"
+    "  omniset-cli install --packages ~/packages --select-all --first 2 \\\n"
+    "      --boot 192.168.88.20 --reboot\n"
+    "\n"
+    "With --boot, power the PCs on and walk away: they boot over the network, one\n"
+    "after the other, and are installed. What was installed is not booted again, so\n"
+    "that a PC whose firmware tries the network first starts from its disk.\n"
     "\n"
     "--json writes an object per event and line: \"router\" when a router is found,\n"
-    "\"status\" on each change, \"result\" last for each router.\n"
+    "\"status\" on each change, \"result\" last for each router; with --boot also \"boot\"\n"
+    "for each step of a PC that boots.\n"
     "Exit status: 0 every router was installed, 1 at least one was not, 2 bad\n"
     "arguments or packages, 3 no router announced itself in time.";
+
+constexpr const char* kBootExample =
+    "Example:\n"
+    "  omniset-cli boot --client 192.168.88.20 --interface eth1\n"
+    "\n"
+    "PCs get the address while they boot, one after the other, so that one is enough\n"
+    "for all. It has to be free, and on the subnet of this computer's adapter. Let no\n"
+    "DHCP server be on that network. Where the UDP ports 67 and 69 are reserved for\n"
+    "the administrator, start as root.\n"
+    "\n"
+    "--json writes an object per step of a boot and line, with the keys event, step,\n"
+    "mac, and by the step: \"answered\" address; \"requested\" image, name, file;\n"
+    "\"sent\" image, name, bytes; \"gave-up\" image, name, requested; \"done\".\n"
+    "Exit status: 0 it was ended by Ctrl-C, 1 the network failed, 2 bad arguments, or\n"
+    "none that fit this computer's network.";
 
 constexpr std::size_t kHelpColumn = 30;
 
@@ -126,10 +148,24 @@ CLI::App* addInstall(CLI::App& app, WrittenArguments& w) {
   addWhatAndWhere(*command, w);
   addConfiguration(*command, w);
   command->add_flag("--reboot", w.reboot, "Reboot each router when it is installed");
+  addText(*command, "--boot", w.boot, "A.B.C.D",
+          "Boot PCs over the network too; each gets this\naddress while it boots");
   addText(*command, "--wait", w.wait, "SECONDS",
-          "How long routers may take to announce\nthemselves [60]");
+          "How long routers may take to announce\nthemselves [60, with --boot 600]");
   addCommon(*command, w);
   command->footer(kInstallExample);
+  return command;
+}
+
+CLI::App* addBoot(CLI::App& app, WrittenArguments& w) {
+  CLI::App* command = app.add_subcommand("boot", "Boot PCs over the network, until Ctrl-C");
+  addText(*command, "--client", w.client, "A.B.C.D", "Address that each PC gets while it boots");
+  addText(*command, "--interface", w.interfaceName, "IF",
+          "Network adapter on which the PCs are, by name.\n"
+          "Without it that on whose subnet the address is;\n"
+          "on Windows the system always finds that one");
+  addCommon(*command, w);
+  command->footer(kBootExample);
   return command;
 }
 
@@ -141,7 +177,8 @@ Commands defineCommands(CLI::App& app, WrittenArguments& written) {
   app.set_version_flag("--version", "omniset-cli " OMNISET_VERSION, "Show the version");
   app.require_subcommand(0, 1);
   app.footer("\"omniset-cli COMMAND --help\" tells a command's options, with an example.");
-  return {addPackages(app, written), addRouters(app, written), addInstall(app, written)};
+  return {addPackages(app, written), addRouters(app, written), addInstall(app, written),
+          addBoot(app, written)};
 }
 
 }  // namespace omniset

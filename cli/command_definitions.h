@@ -12,6 +12,7 @@ struct Commands {
   const CLI::App* packages;
   const CLI::App* routers;
   const CLI::App* install;
+  const CLI::App* boot;
 };
 Commands defineCommands(CLI::App& app, WrittenArguments& written);
 

@@ -1,11 +1,16 @@
 #include "cli/install_command.h"
 
 #include <chrono>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <thread>
+#include <vector>
 
 #include "cli/adapter_choice.h"
+#include "cli/boot_place.h"
 #include "cli/count_text.h"
+#include "cli/install_boot.h"
 #include "cli/install_plan.h"
 #include "cli/installer_worker.h"
 #include "cli/json_lines.h"
@@ -33,28 +38,23 @@ class ResultLines : public InstallListener {
   std::ostream& out_;
 };
 
-// The display first: it clears the terminal for what the other writes.
-class DisplayAndData : public InstallListener {
+// Told in the order in which they are added.
+class Listeners : public InstallListener {
  public:
-  DisplayAndData(InstallListener& display, InstallListener& data)
-      : display_(display), data_(data) {}
+  void add(InstallListener& listener) { listeners_.push_back(&listener); }
 
   void routerSeen(const MacAddress& mac, const std::string& label) override {
-    display_.routerSeen(mac, label);
-    data_.routerSeen(mac, label);
+    for (InstallListener* each : listeners_) each->routerSeen(mac, label);
   }
   void statusChanged(const RouterState& state) override {
-    display_.statusChanged(state);
-    data_.statusChanged(state);
+    for (InstallListener* each : listeners_) each->statusChanged(state);
   }
   void routerDone(const MacAddress& mac, bool ok, const std::string& text) override {
-    display_.routerDone(mac, ok, text);
-    data_.routerDone(mac, ok, text);
+    for (InstallListener* each : listeners_) each->routerDone(mac, ok, text);
   }
 
  private:
-  InstallListener& display_;
-  InstallListener& data_;
+  std::vector<InstallListener*> listeners_;
 };
 
 // JSON lines and live lines would spoil each other on one terminal.
@@ -88,7 +88,16 @@ std::string startSentence(const InstallOptions& options, const InstallPlan& plan
          adapterName + ".";
 }
 
-void drive(InstallRun& run, InstallerWorker& worker, ProgressDisplay& display) {
+AdapterChoice chooseInstallAdapter(const InstallOptions& options) {
+  const std::vector<NetworkInterface> adapters = SystemNetworkInterfaces().list();
+  if (options.bootAddress == 0) return chooseAdapter(adapters, options.interfaceName);
+  SystemLocalAddresses addresses;
+  return chooseBootAdapter(adapters, options.interfaceName, options.bootAddress, addresses);
+}
+
+// `turn` is called in each turn, before the display's.
+void drive(InstallRun& run, InstallerWorker& worker, ProgressDisplay& display,
+           const std::function<void()>& turn) {
   for (;;) {
     if (InterruptGuard::requested()) {
       run.interrupt();
@@ -97,6 +106,7 @@ void drive(InstallRun& run, InstallerWorker& worker, ProgressDisplay& display) {
     } else {
       run.poll();
     }
+    turn();
     display.tick(worker.clock().now());
     if (run.done()) return;
     std::this_thread::sleep_for(kPollInterval);
@@ -108,9 +118,11 @@ void drive(InstallRun& run, InstallerWorker& worker, ProgressDisplay& display) {
 std::string summary(const InstallOptions& options, const InstallOutcome& outcome,
                     const std::string& adapterName) {
   if (outcome.started == 0 && !outcome.abandoned) {
-    return "No router announced itself within " + waitText(options) + " on " + adapterName +
-           ". Check that it has booted the installer and is on the same network, or wait longer "
-           "with --wait.";
+    const std::string check = options.bootAddress != 0
+                                  ? "Check that the PCs are set to boot from the network and are"
+                                  : "Check that it has booted the installer and is";
+    return "No router announced itself within " + waitText(options) + " on " + adapterName + ". " +
+           check + " on the same network, or wait longer with --wait.";
   }
   std::string text = routerCount(outcome.succeeded) + " installed";
   if (outcome.failed > 0) text += ", " + std::to_string(outcome.failed) + " failed";
@@ -122,27 +134,38 @@ std::string summary(const InstallOptions& options, const InstallOutcome& outcome
          "--wait.";
 }
 
-int runInstall(const InstallOptions& options, bool trace, const Console& console) {
+int runInstall(const InstallOptions& options, bool trace, const Console& console,
+               const BootImageSource& images) {
   PackageFolder folder(options.folder);
   for (const std::string& file : folder.unreadable()) {
     console.err << unreadableWarning(file) + "\n";
   }
   const InstallPlan plan = planInstallation(options, folder.catalogue());
   for (const std::string& warning : plan.warnings) console.err << warning + "\n";
-  const AdapterChoice choice =
-      chooseAdapter(SystemNetworkInterfaces().list(), options.interfaceName);
+  const AdapterChoice choice = chooseInstallAdapter(options);
   if (choice.isGuess) console.err << guessWarning(choice) + "\n";
 
   const InterruptGuard interrupt;
   InstallerWorker worker(choice);
+  std::optional<InstallBoot> boot;
+  if (options.bootAddress != 0) {
+    boot.emplace(options, choice, images);
+    console.err << bootSentence(choice, options.bootAddress) + " Power them on now.\n";
+  }
   console.err << startSentence(options, plan, choice.shownName) << std::endl;
   const auto display = makeDisplay(options.json, trace, console.err);
   const auto data = makeData(options.json, console.out);
-  DisplayAndData listener(*display, *data);
-  InstallRun run(plan.run, worker.installer(), worker.clock(), listener);
-  drive(run, worker, *display);
+  // The display first: it clears the terminal for what the data writes.
+  Listeners listeners;
+  listeners.add(*display);
+  listeners.add(*data);
+  if (boot) listeners.add(boot->listener());
+  InstallRun run(plan.run, worker.installer(), worker.clock(), listeners);
+  drive(run, worker, *display, [&] {
+    if (boot) boot->show(*display, console.out);
+  });
   console.err << summary(options, run.outcome(), choice.shownName) << std::endl;
-  return run.exitCode();
+  return exitCodeWithBoot(run.exitCode(), options.choice, boot && boot->hasFailed());
 }
 
 }  // namespace omniset

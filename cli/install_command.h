@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "cli/boot_worker.h"
 #include "cli/console.h"
 #include "cli/install_run.h"
 #include "cli/options.h"
@@ -11,7 +12,8 @@ namespace omniset {
 
 // Returns the exit status. `trace` says that trace lines go to standard error, between which no
 // line can be redrawn. Raises BadInput and Failure.
-int runInstall(const InstallOptions& options, bool trace, const Console& console);
+int runInstall(const InstallOptions& options, bool trace, const Console& console,
+               const BootImageSource& images);
 
 // What the run came to, in a sentence.
 std::string summary(const InstallOptions& options, const InstallOutcome& outcome,

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "core/ipv4_address.h"
 #include "install/status_name.h"
 #include "packages/version_text.h"
 
@@ -13,6 +14,17 @@ using Json = nlohmann::ordered_json;
 
 std::string line(const Json& object) {
   return object.dump(-1, ' ', true, Json::error_handler_t::replace) + "\n";
+}
+
+Json bootStep(const char* step, const BootEvent& event) {
+  return {{"event", "boot"}, {"step", step}, {"mac", event.client.text()}};
+}
+
+Json imageStep(const char* step, const BootEvent& event) {
+  Json object = bootStep(step, event);
+  object["image"] = event.image;
+  object["name"] = bootImageName(event.image);
+  return object;
 }
 
 }  // namespace
@@ -35,6 +47,36 @@ std::string packageJson(const PackageRecord& package) {
 
 std::string routerJson(const MacAddress& mac, const std::string& label) {
   return line({{"mac", mac.text()}, {"label", label}});
+}
+
+std::string bootJson(const BootEvent& event) {
+  Json object;
+  switch (event.kind) {
+    case BootEvent::Kind::kAnswered:
+      object = bootStep("answered", event);
+      object["address"] = dottedQuad(event.address);
+      break;
+    case BootEvent::Kind::kRefused:
+      object = bootStep("refused", event);
+      object["text"] = event.text;
+      break;
+    case BootEvent::Kind::kRequested:
+      object = imageStep("requested", event);
+      object["file"] = event.text;
+      break;
+    case BootEvent::Kind::kSent:
+      object = imageStep("sent", event);
+      object["bytes"] = event.length;
+      break;
+    case BootEvent::Kind::kGaveUp:
+      object = imageStep("gave-up", event);
+      object["requested"] = event.requested;
+      break;
+    case BootEvent::Kind::kDone:
+      object = bootStep("done", event);
+      break;
+  }
+  return line(object);
 }
 
 void JsonEvents::routerSeen(const MacAddress& mac, const std::string& label) {

@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string>
 
+#include "cli/boot_event.h"
 #include "cli/install_run.h"
 #include "packages/package_catalogue.h"
 
@@ -13,6 +14,11 @@ namespace omniset {
 // Each ends with a line feed.
 std::string packageJson(const PackageRecord& package);
 std::string routerJson(const MacAddress& mac, const std::string& label);
+
+// {"event":"boot","step","mac"}, and by the step:
+//   "answered": "address"; "refused": "text"; "requested": "image","name","file";
+//   "sent": "image","name","bytes"; "gave-up": "image","name","requested"; "done"
+std::string bootJson(const BootEvent& event);
 
 // The events of an installation:
 //   {"event":"router","mac","label"}

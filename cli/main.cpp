@@ -3,8 +3,10 @@
 #include <exception>
 #include <iostream>
 
+#include "boot/boot_images.h"
 #include "cli/arguments.h"
 #include "cli/bad_input.h"
+#include "cli/boot_command.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
 #include "cli/install_command.h"
@@ -25,7 +27,11 @@ int runCommand(const Arguments& arguments, const Console& console) {
   if (const auto* routers = std::get_if<RoutersOptions>(&arguments.command)) {
     return runRouters(*routers, console);
   }
-  return runInstall(std::get<InstallOptions>(arguments.command), arguments.trace, console);
+  if (const auto* boot = std::get_if<BootOptions>(&arguments.command)) {
+    return runBoot(*boot, console, loadBootImage);
+  }
+  return runInstall(std::get<InstallOptions>(arguments.command), arguments.trace, console,
+                    loadBootImage);
 }
 
 int complain(const std::string& sentence, int exitCode) {

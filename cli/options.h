@@ -38,7 +38,14 @@ struct InstallOptions {
   std::string script;  // path; empty: none
   bool keepConfiguration = false;
   bool reboot = false;
+  std::uint32_t bootAddress = 0;  // that PCs get while they boot over the network; 0: none boots
   Micros wait = 60 * kSecond;
+  bool json = false;
+};
+
+struct BootOptions {
+  std::uint32_t clientAddress = 0;  // network byte order
+  std::string interfaceName;        // empty: the adapter on whose subnet the address is
   bool json = false;
 };
 

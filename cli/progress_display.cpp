@@ -62,6 +62,10 @@ void PlainProgress::tick(Micros now) {
   }
 }
 
+void PlainProgress::note(const std::string& line) {
+  err_ << line + "\n" << std::flush;
+}
+
 void LiveProgress::routerSeen(const MacAddress& mac, const std::string& /*label*/) {
   rows_[mac].state.mac = mac;
 }
@@ -72,12 +76,20 @@ void LiveProgress::statusChanged(const RouterState& state) {
 
 void LiveProgress::routerDone(const MacAddress& mac, bool ok, const std::string& text) {
   rows_.erase(mac);
+  leave(showResults_ ? resultLine(mac, ok, text) + "\n" : "");
+}
+
+void LiveProgress::note(const std::string& line) {
+  leave(line + "\n");
+}
+
+// In place of the live lines, which are drawn again below it.
+void LiveProgress::leave(const std::string& text) {
   std::string output;
   if (drawn_ > 0) output = cursorUp(drawn_) + "\r" + kClearBelow;
   drawn_ = 0;
   drawnAt_.reset();
-  if (showResults_) output += resultLine(mac, ok, text) + "\n";
-  err_ << output << std::flush;
+  err_ << output + text << std::flush;
 }
 
 // In one piece, so that the terminal never shows half a picture.

@@ -16,6 +16,8 @@ class ProgressDisplay : public InstallListener {
  public:
   // To be called about every 100 ms.
   virtual void tick(Micros now) = 0;
+  // Leaves a line of other news, which is given without its end.
+  virtual void note(const std::string& line) = 0;
 };
 
 // For files and pipes: a line for each change of status and for each tenth of the bytes.
@@ -27,6 +29,7 @@ class PlainProgress : public ProgressDisplay {
   void statusChanged(const RouterState& state) override;
   void routerDone(const MacAddress& mac, bool ok, const std::string& text) override;
   void tick(Micros now) override;
+  void note(const std::string& line) override;
 
  private:
   struct Row {
@@ -54,8 +57,9 @@ class LiveProgress : public ProgressDisplay {
 
   void routerSeen(const MacAddress& mac, const std::string& label) override;
   void statusChanged(const RouterState& state) override;
-  // Leaves the terminal without the live lines until the next tick.
+  // These leave the terminal without the live lines until the next tick.
   void routerDone(const MacAddress& mac, bool ok, const std::string& text) override;
+  void note(const std::string& line) override;
   void tick(Micros now) override;
 
  private:
@@ -64,6 +68,7 @@ class LiveProgress : public ProgressDisplay {
     RateMeter rate;
   };
 
+  void leave(const std::string& text);
   std::string lines(const TerminalSize& size, std::size_t& count) const;
 
   std::ostream& err_;

@@ -11,6 +11,7 @@ struct WrittenArguments {
   std::vector<std::string> select;
   std::vector<std::string> routers;
   std::string first, interfaceName, seconds, address, gateway, baud, script, wait;
+  std::string client, boot;
   bool selectAll = false, all = false, keepConfiguration = false, reboot = false;
   bool json = false, trace = false;
 };

@@ -30,6 +30,18 @@ std::uint32_t ByteReader::u32le() {
   return b[0] | std::uint32_t{b[1]} << 8 | std::uint32_t{b[2]} << 16 | std::uint32_t{b[3]} << 24;
 }
 
+std::uint16_t ByteReader::u16be() {
+  const auto b = take(2);
+  if (b.empty()) return 0;
+  return static_cast<std::uint16_t>(b[0] << 8 | b[1]);
+}
+
+std::uint32_t ByteReader::u32be() {
+  const auto b = take(4);
+  if (b.empty()) return 0;
+  return std::uint32_t{b[0]} << 24 | std::uint32_t{b[1]} << 16 | std::uint32_t{b[2]} << 8 | b[3];
+}
+
 std::span<std::uint8_t> ByteWriter::room(std::size_t count) {
   if (!ok_ || count > bytes_.size() - at_) {
     ok_ = false;
@@ -62,6 +74,12 @@ void ByteWriter::u32le(std::uint32_t value) {
   const std::uint8_t b[] = {static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8),
                             static_cast<std::uint8_t>(value >> 16),
                             static_cast<std::uint8_t>(value >> 24)};
+  put(b);
+}
+
+void ByteWriter::u16be(std::uint16_t value) {
+  const std::uint8_t b[] = {static_cast<std::uint8_t>(value >> 8),
+                            static_cast<std::uint8_t>(value)};
   put(b);
 }
 

@@ -16,6 +16,8 @@ class ByteReader {
   std::uint8_t u8();
   std::uint16_t u16le();
   std::uint32_t u32le();
+  std::uint16_t u16be();
+  std::uint32_t u32be();
   // The next `count` bytes, in place; empty when there are not that many.
   std::span<const std::uint8_t> take(std::size_t count);
 
@@ -35,6 +37,7 @@ class ByteWriter {
   void u8(std::uint8_t value);
   void u16le(std::uint16_t value);
   void u32le(std::uint32_t value);
+  void u16be(std::uint16_t value);
   void put(std::span<const std::uint8_t> source);
   void put(std::string_view text);
 

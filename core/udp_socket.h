@@ -24,6 +24,8 @@ class UdpSocket {
 
   virtual void open(const char* failure) = 0;
   virtual void allowBroadcast(const char* failure) = 0;
+  // Another socket that allows it too may be bound to the same port.
+  virtual void allowAddressReuse(const char* failure) = 0;
   // Binds to any local address. What this socket itself broadcasts may come back to it from then
   // on; some systems keep it away.
   virtual void bind(std::uint16_t port, const char* failure) = 0;
@@ -34,7 +36,8 @@ class UdpSocket {
   // ended the wait early.
   virtual bool waitReadable(Micros timeout, const char* failure) = 0;
   // Receives one datagram, cut to the buffer's size; returns its length. Does not wait: nothing,
-  // like a report of an earlier datagram's fate, counts as a datagram of no bytes.
+  // like a report of an earlier datagram's fate, counts as a datagram of no bytes, but leaves
+  // `from` as it was.
   virtual std::size_t receiveFrom(std::span<std::uint8_t> buffer, UdpPeer& from,
                                   const char* failure) = 0;
 };

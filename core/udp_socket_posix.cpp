@@ -37,12 +37,9 @@ class PosixUdpSocket : public UdpSocket {
     if (!interfaceName_.empty()) bindToInterface();
   }
 
-  void allowBroadcast(const char* failure) override {
-    const int yes = 1;
-    if (setsockopt(socket_, SOL_SOCKET, SO_BROADCAST, &yes, sizeof yes) < 0) {
-      throw SocketExc(failure);
-    }
-  }
+  void allowBroadcast(const char* failure) override { switchOn(SO_BROADCAST, failure); }
+
+  void allowAddressReuse(const char* failure) override { switchOn(SO_REUSEADDR, failure); }
 
   void bind(std::uint16_t port, const char* failure) override {
     const sockaddr_in any = toNative({INADDR_ANY, port});
@@ -87,6 +84,11 @@ class PosixUdpSocket : public UdpSocket {
   }
 
  private:
+  void switchOn(int option, const char* failure) {
+    const int yes = 1;
+    if (setsockopt(socket_, SOL_SOCKET, option, &yes, sizeof yes) < 0) throw SocketExc(failure);
+  }
+
   void bindToInterface() {
     if (setsockopt(socket_, SOL_SOCKET, SO_BINDTODEVICE, interfaceName_.c_str(),
                    static_cast<socklen_t>(interfaceName_.size())) < 0) {

@@ -29,13 +29,9 @@ class WinsockUdpSocket : public UdpSocket {
     makeRoom();
   }
 
-  void allowBroadcast(const char* failure) override {
-    const int yes = 1;
-    if (setsockopt(socket_, SOL_SOCKET, SO_BROADCAST, reinterpret_cast<const char*>(&yes),
-                   sizeof yes) == SOCKET_ERROR) {
-      throw SocketExc(failure);
-    }
-  }
+  void allowBroadcast(const char* failure) override { switchOn(SO_BROADCAST, failure); }
+
+  void allowAddressReuse(const char* failure) override { switchOn(SO_REUSEADDR, failure); }
 
   void bind(std::uint16_t port, const char* failure) override {
     const sockaddr_in any = toNative({INADDR_ANY, port});
@@ -77,6 +73,14 @@ class WinsockUdpSocket : public UdpSocket {
   }
 
  private:
+  void switchOn(int option, const char* failure) {
+    const int yes = 1;
+    if (setsockopt(socket_, SOL_SOCKET, option, reinterpret_cast<const char*>(&yes), sizeof yes) ==
+        SOCKET_ERROR) {
+      throw SocketExc(failure);
+    }
+  }
+
   // For a datagram of each of some hundred peers that answer at once. What the system does not
   // grant is gone without.
   void makeRoom() {

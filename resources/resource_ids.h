@@ -7,6 +7,7 @@
 #define IDD_MAIN 101
 #define IDD_SET_NAME 102
 #define IDD_HELP 106
+#define IDD_NET_BOOTING 107
 
 // Icons. The application's is the first: the shell shows it.
 #define IDI_APPLICATION_ICON 101
@@ -56,3 +57,9 @@
 // The help.
 #define IDC_HELP_TEXT 1030
 #define IDC_HELP_CLOSE 1031
+
+// The settings of the network boot service.
+#define IDC_BOOT_SERVER_ENABLED 1032
+#define IDC_BOOT_CLIENT_ADDRESS 1033
+#define IDC_NET_BOOTING_OK 1001
+#define IDC_NET_BOOTING_CANCEL 1024

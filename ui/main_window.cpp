@@ -69,13 +69,13 @@ Omniset::Omniset()
       packageImages_{IDI_PACKAGE, IDI_PACKAGE, IDI_PACKAGE, IDI_UNMET_DEPENDENCY} {
   createDialog();
   service_ = std::make_unique<InstallerService>(clock_);
+  startBootService();
   if (!SetTimer(handle(), kPollTimer, kPollMs, nullptr)) throw Error("SetTimer");
   statusBar_.create(handle());
   bound_ = std::make_unique<Bound>(*this, service_->installer());
   bound_->view.prepare();
-  // They come with the services that they open.
+  // It comes with what it opens.
   enable(IDC_MAKE_FLOPPY, false);
-  enable(IDC_NET_BOOTING, false);
   setUpLists();
   readSettings();
   ShowWindow(handle(), SW_SHOW);
@@ -98,6 +98,7 @@ void Omniset::shutDown() {
   shutDown_ = true;
   writeSettings();
   ShowWindow(handle(), SW_HIDE);
+  bootService_.stop();
   service_.reset();
 }
 
@@ -106,6 +107,12 @@ void Omniset::createDialog() {
   const HICON icon = LoadIconA(moduleInstance(), MAKEINTRESOURCEA(IDI_APPLICATION_ICON));
   SetClassLongPtrA(handle(), GCLP_HICON, reinterpret_cast<LONG_PTR>(icon));
   layout_.capture(handle());
+}
+
+void Omniset::startBootService() {
+  Registry settings(registry_, kSettingsKey);
+  bootServer_ = readBootServer(settings);
+  bootService_.start({bootServer_.enabled, bootServer_.clientAddress});
 }
 
 void Omniset::setUpLists() {
@@ -126,7 +133,6 @@ void Omniset::setUpLists() {
 void Omniset::readSettings() {
   Registry settings(registry_, kSettingsKey);
   placeWindow(settings);
-  bootServer_ = readBootServer(settings);
   {
     Registry sets(settings, kPackageSetsSubKey);
     sets_.load(sets);

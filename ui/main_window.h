@@ -3,10 +3,12 @@
 
 #include <memory>
 
+#include "boot/local_address.h"
 #include "core/clock.h"
 #include "core/startup.h"
 #include "install/router_list.h"
 #include "packages/package_catalogue.h"
+#include "ui/boot_service.h"
 #include "ui/installer_service.h"
 #include "ui/list_rows.h"
 #include "ui/main_layout.h"
@@ -17,6 +19,7 @@
 #include "ui/toolkit/image_list.h"
 #include "ui/window_operator.h"
 #include "ui/window_view.h"
+#include "ui/workflow/net_booting.h"
 #include "ui/workflow/package_sets.h"
 #include "ui/workflow/workflow.h"
 
@@ -24,7 +27,8 @@ namespace omniset {
 
 class Omniset : public Dialog, public Desktop {
  public:
-  // Builds and shows the window and starts the installer. Raises Error and SocketExc.
+  // Builds and shows the window and starts the installer and the boot service. Raises Error and
+  // SocketExc.
   Omniset();
   ~Omniset() override;
 
@@ -50,6 +54,7 @@ class Omniset : public Dialog, public Desktop {
   static constexpr UINT_PTR kPollTimer = 1;
 
   void createDialog();
+  void startBootService();
   void setUpLists();
   void placeWindow(Registry& settings);
   void readSettings();
@@ -66,6 +71,7 @@ class Omniset : public Dialog, public Desktop {
   INT_PTR packagesNotified(const NMHDR& notification);
   void packageClicked(const NMHDR& notification);
   void packageKey(const NMHDR& notification);
+  void editNetBooting();
   void timerTick();
   void closeRequested();
   void sized();
@@ -82,6 +88,9 @@ class Omniset : public Dialog, public Desktop {
   ImageList packageImages_;
   WindowOperator operator_{*this};
   std::unique_ptr<InstallerService> service_;
+  BootService bootService_;
+  SystemLocalAddresses localAddresses_;
+  NetBooting netBooting_{bootServer_, bootService_, localAddresses_, operator_};
   std::unique_ptr<Bound> bound_;
   bool shutDown_ = false;
 

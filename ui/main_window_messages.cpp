@@ -3,6 +3,7 @@
 #include "resources/resource_ids.h"
 #include "ui/help.h"
 #include "ui/main_window.h"
+#include "ui/pxe_boot.h"
 
 namespace omniset {
 
@@ -114,6 +115,9 @@ bool Omniset::parameterCommand(int id) {
     case IDC_CHOOSE_SCRIPT:
       bound_->workflow.chooseScript();
       return true;
+    case IDC_NET_BOOTING:
+      editNetBooting();
+      return true;
     case IDC_SHOW_HELP:
       Help().show(handle());
       return true;
@@ -186,10 +190,17 @@ void Omniset::packageKey(const NMHDR& notification) {
   bound_->workflow.togglePackage(bound_->view.packageAtMark());
 }
 
+void Omniset::editNetBooting() {
+  PXEBoot dialog(bootServer_);
+  if (dialog.ask(handle())) netBooting_.changeSettings(dialog.settings());
+}
+
 void Omniset::timerTick() {
   bound_->workflow.poll();
   bound_->view.keepFocus();
   if (service_->hasEnded()) bound_->workflow.installerEnded();
+  // Disabled while a dialog or a box is open over it.
+  if (IsWindowEnabled(handle())) netBooting_.poll();
 }
 
 void Omniset::closeRequested() {

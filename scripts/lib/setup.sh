@@ -5,18 +5,19 @@
 # Used by the scripts that source this file.
 # shellcheck disable=SC2034
 {
+# The command line carries the boot images: kernel, loaders and the 32-bit agent.
 NATIVE_PACKAGES=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev
-  nlohmann-json3-dev)
+  nlohmann-json3-dev linux-source-6.1 gcc make flex bison bc xz-utils nasm libarchive-tools
+  lib32gcc-12-dev lib32stdc++-12-dev)
 NETWORK_PACKAGES=(iproute2)
+# Clients of other makers for the boot images.
+TFTP_PACKAGES=(curl atftp tftp-hpa)
 WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest wine wine64)
 SCREEN_PACKAGES=(xvfb xauth openbox imagemagick fonts-wine fonts-liberation)
 # Virtual PCs, and what reads their disks.
 VM_PACKAGES=(qemu-system-x86 ipxe-qemu seabios mtools dosfstools fdisk)
 CHECK_PACKAGES=(git clang-format)
 FUZZ_PACKAGES=(clang libclang-rt-14-dev)
-# The installer system: kernel, boot code and the 32-bit agent.
-PAYLOAD_PACKAGES=(linux-source-6.1 gcc make flex bison bc xz-utils nasm libarchive-tools
-  lib32gcc-12-dev lib32stdc++-12-dev)
 }
 
 say() { printf '%s\n' "$*"; }
@@ -61,6 +62,11 @@ BUILD_NEWS='^(Building the kernel|  kernel: |The kernel has|Waiting for another 
 build() {
   local preset=$1 log="$BUILD/$1.log" targets=()
   shift
+  # The others carry the boot images that the native build makes.
+  case $preset in
+    linux | fuzz) ;;
+    *) build linux payload || return ;;
+  esac
   [ $# -gt 0 ] && targets=(--target "$@")
   say "Building ($preset) ..."
   { cmake -S "$TOP" --preset "$preset" &&

@@ -43,9 +43,11 @@ vm_requests=0
 #   memory=MIB           32 unless told otherwise
 #   append=TEXT          the kernel's command line, in place of that of a network boot
 #   boot=disk            boots from the disk
+#   boot=network         boots by its first card's ROM, from whoever answers on the switch
+#   boot=order:LETTERS   boots from these in turn, as QEMU calls them (c: the disk, n: the network)
 #   trace=EVENT          what QEMU tells of this event is in `qemu.log`
 vm_start() {
-  local name=$1 setting memory=32 append=initrd=initrd.rgz kernel=yes cards=() disks=() words=()
+  local name=$1 setting memory=32 append=initrd=initrd.rgz kernel=yes roms= cards=() disks=() words=()
   shift
   vm_off "$name"
   for setting in "$@"; do
@@ -55,6 +57,8 @@ vm_start() {
       memory=*) memory=${setting#*=} ;;
       append=*) append=${setting#*=} ;;
       boot=disk) kernel= ;;
+      boot=network) kernel= roms=yes words+=(-boot order=n) ;;
+      boot=order:*) kernel= roms=yes words+=(-boot "order=${setting#*:}") ;;
       trace=*) words+=(-trace "${setting#*=}") ;;
       *) echo "unknown setting of a virtual PC: $setting" >&2; return 2 ;;
     esac
@@ -90,15 +94,18 @@ vm_add_disks() { # BUS[,OPTION]:FILE...
   done
 }
 
-# Adds to `words` of the caller. No card asks the network for something to boot.
+# Adds to `words` of the caller. No card asks the network for something to boot, unless the caller
+# wants the `roms`, and then the first only.
 vm_add_cards() { # name card...
-  local name=$1 card number=0 tap
+  local name=$1 card number=0 tap rom
   shift
   for card in "$@"; do
     tap=pc${vm_numbers[$name]}-$number
     netns_tap "$tap" || return
+    rom=,romfile=
+    [ -z "$roms" ] || [ $number -gt 0 ] || rom=
     words+=(-netdev "tap,id=net$number,ifname=$tap,script=no,downscript=no"
-      -device "${card%:unplugged},netdev=net$number,mac=$(vm_mac "$name" "$number"),romfile=")
+      -device "${card%:unplugged},netdev=net$number,mac=$(vm_mac "$name" "$number")$rom")
     number=$((number + 1))
   done
 }

@@ -62,8 +62,9 @@ TEST(InstallArguments, SelectionOfNoNamesIsRefused) {
 }
 
 TEST(InstallArguments, EmptyValueIsRefusedRatherThanForgotten) {
-  for (const std::string option : {"--packages", "--select", "--router", "--first", "--interface",
-                                   "--address", "--gateway", "--baud", "--script", "--wait"}) {
+  for (const std::string option :
+       {"--packages", "--select", "--router", "--first", "--interface", "--address", "--gateway",
+        "--baud", "--script", "--boot", "--wait"}) {
     const auto parsed =
         parseArguments({"install", "--packages", "p", "--select-all", "--all", option, ""});
     ASSERT_TRUE(std::holds_alternative<EarlyEnd>(parsed)) << option;

@@ -125,6 +125,12 @@ TEST(PlainProgress, TellsTheRateOnceItIsKnown) {
   EXPECT_NE(err.str().find("10 %, 0.1 of 1.0 kB, 50 B/s"), std::string::npos) << err.str();
 }
 
+TEST(PlainProgress, NoteIsALine) {
+  std::ostringstream err;
+  PlainProgress(err).note("kernel sent");
+  EXPECT_EQ(err.str(), "kernel sent\n");
+}
+
 TEST(PlainProgress, WritesNoEscapeSequences) {
   std::ostringstream err;
   PlainProgress progress(err);
@@ -174,6 +180,17 @@ TEST_F(LiveProgressTest, FinishedRouterLeavesItsResultAboveTheLiveLines) {
   progress.tick(kSecond);
   EXPECT_EQ(shown(), (std::vector<std::string>{"02:00:00:00:01:01  ok      finished",
                                                "02:00:00:00:01:02  failed  broken"}));
+}
+
+TEST_F(LiveProgressTest, NoteStaysAboveTheLiveLines) {
+  progress.statusChanged(state(1, 0));
+  progress.tick(0);
+  progress.note("kernel sent");
+  EXPECT_EQ(shown(), (std::vector<std::string>{"kernel sent"}));
+  progress.note("RAM disk sent");
+  progress.tick(kMillisecond);
+  EXPECT_EQ(shown(), (std::vector<std::string>{"kernel sent", "RAM disk sent",
+                                               "02:00:00:00:01:01  Installing  sending"}));
 }
 
 TEST_F(LiveProgressTest, ResultsAreLeftToOthersOnRequest) {

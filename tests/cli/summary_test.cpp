@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "cli/exit_status.h"
+#include "cli/install_boot.h"
 #include "cli/install_command.h"
 
 namespace omniset::test {
@@ -34,6 +36,15 @@ TEST(Summary, NoneAppeared) {
             "installer and is on the same network, or wait longer with --wait.");
 }
 
+TEST(Summary, NoneAppearedThoughTheyCouldBoot) {
+  InstallOptions options;
+  options.bootAddress = 1;
+  options.wait = 600 * kSecond;
+  EXPECT_EQ(summary(options, {}, "eth0"),
+            "No router announced itself within 600 seconds on eth0. Check that the PCs are set to "
+            "boot from the network and are on the same network, or wait longer with --wait.");
+}
+
 TEST(Summary, CountsOneSecondAsOne) {
   InstallOptions options;
   options.wait = kSecond;
@@ -44,6 +55,20 @@ TEST(Summary, CountsOneSecondAsOne) {
 TEST(Summary, EndedEarly) {
   EXPECT_EQ(summaryOf({.started = 2, .succeeded = 1, .failed = 1, .abandoned = true}),
             "1 router installed, 1 failed; the run ended early.");
+}
+
+TEST(ExitCodeWithBoot, IsTheRunsWhileTheServiceWorks) {
+  for (const int code : {kExitDone, kExitFailed, kExitNoRouter}) {
+    EXPECT_EQ(exitCodeWithBoot(code, RouterChoice::kAll, false), code);
+  }
+}
+
+TEST(ExitCodeWithBoot, FailedServiceIsAFailureUnlessEveryWantedRouterCame) {
+  EXPECT_EQ(exitCodeWithBoot(kExitDone, RouterChoice::kFirst, true), kExitDone);
+  EXPECT_EQ(exitCodeWithBoot(kExitDone, RouterChoice::kNamed, true), kExitDone);
+  EXPECT_EQ(exitCodeWithBoot(kExitDone, RouterChoice::kAll, true), kExitFailed);
+  EXPECT_EQ(exitCodeWithBoot(kExitNoRouter, RouterChoice::kFirst, true), kExitFailed);
+  EXPECT_EQ(exitCodeWithBoot(kExitFailed, RouterChoice::kNamed, true), kExitFailed);
 }
 
 }  // namespace omniset::test

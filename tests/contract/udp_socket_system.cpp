@@ -40,6 +40,17 @@ TEST_F(SystemUdpSocket, PortTakenRaisesInTheCallersWords) {
   EXPECT_EQ(text.find("Error code: 0"), std::string::npos) << text;
 }
 
+TEST_F(SystemUdpSocket, TwoThatAllowItShareAPort) {
+  const auto first = makeUdpSocket();
+  const auto second = makeUdpSocket();
+  const std::uint16_t port = bindFreePort().port;
+  for (const auto& socket : {first.get(), second.get()}) {
+    socket->open("socket() failed");
+    socket->allowAddressReuse("setsockopt() SO_REUSEADDR failed");
+    EXPECT_NO_THROW(socket->bind(port, "bind() failed"));
+  }
+}
+
 TEST_F(SystemUdpSocket, LastErrorOfATakenPortIsTheOneInTheMessage) {
   const BoundSocket first = bindFreePort();
   const auto second = makeUdpSocket();
@@ -70,6 +81,7 @@ TEST_F(SystemUdpSocket, UsedBeforeItIsOpenRaises) {
     EXPECT_TRUE(text.starts_with(start + ": ")) << text;
   };
   raises("option", [&] { socket->allowBroadcast("option"); });
+  raises("reuse", [&] { socket->allowAddressReuse("reuse"); });
   raises("bind", [&] { socket->bind(0, "bind"); });
   raises("send", [&] { socket->sendTo(kBytes, {kLoopback, 9}, "send"); });
   raises("receive", [&] { socket->receiveFrom(buffer, from, "receive"); });

@@ -28,6 +28,15 @@ TEST(ByteReader, KeepsTheHighestBitOfA32BitNumber) {
   EXPECT_EQ(reader.u32le(), 0xFFFFFFFFu);
 }
 
+TEST(ByteReader, ReadsHighByteFirst) {
+  ByteReader reader(kSeven);
+  EXPECT_EQ(reader.u16be(), 0x0123);
+  EXPECT_EQ(reader.u32be(), 0x456789ABu);
+  EXPECT_EQ(reader.u16be(), 0);
+  EXPECT_EQ(reader.u32be(), 0u);
+  EXPECT_FALSE(reader.ok());
+}
+
 TEST(ByteReader, TakesBytesInPlace) {
   ByteReader reader(kSeven);
   reader.u8();
@@ -81,6 +90,15 @@ TEST(ByteWriter, WritesLowByteFirst) {
   EXPECT_EQ(bytes, kSeven);
   EXPECT_EQ(writer.written(), 7u);
   EXPECT_TRUE(writer.ok());
+}
+
+TEST(ByteWriter, WritesHighByteFirst) {
+  std::array<std::uint8_t, 3> bytes{};
+  ByteWriter writer(bytes);
+  writer.u16be(0x0123);
+  writer.u16be(0x4567);
+  EXPECT_THAT(bytes, ElementsAre(0x01, 0x23, 0));
+  EXPECT_FALSE(writer.ok());
 }
 
 TEST(ByteWriter, PutsBytesAndTexts) {

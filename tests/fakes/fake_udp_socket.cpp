@@ -25,6 +25,11 @@ void FakeUdpSocket::allowBroadcast(const char* failure) {
   failIf("allowBroadcast", failure);
 }
 
+void FakeUdpSocket::allowAddressReuse(const char* failure) {
+  network_->calls.push_back("allowAddressReuse");
+  failIf("allowAddressReuse", failure);
+}
+
 void FakeUdpSocket::bind(std::uint16_t port, const char* failure) {
   network_->calls.push_back("bind " + std::to_string(port));
   failIf("bind", failure);

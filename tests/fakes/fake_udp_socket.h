@@ -18,7 +18,8 @@ struct FakeNetwork {
     UdpPeer peer;
   };
 
-  std::vector<std::string> calls;  // "open", "allowBroadcast", "bind 5000", in order
+  std::vector<std::string> calls;  // "open", "allowBroadcast", "allowAddressReuse", "bind 5000",
+                                   // in order
   std::deque<Datagram> toReceive;
   std::vector<Datagram> sent;
   std::vector<Micros> waits;  // the timeouts of the waits
@@ -35,6 +36,7 @@ class FakeUdpSocket : public UdpSocket {
 
   void open(const char* failure) override;
   void allowBroadcast(const char* failure) override;
+  void allowAddressReuse(const char* failure) override;
   void bind(std::uint16_t port, const char* failure) override;
   std::size_t sendTo(std::span<const std::uint8_t> bytes, const UdpPeer& to,
                      const char* failure) override;

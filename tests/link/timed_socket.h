@@ -30,6 +30,7 @@ class TimedSocket : public UdpSocket {
 
   void open(const char*) override {}
   void allowBroadcast(const char*) override {}
+  void allowAddressReuse(const char*) override {}
   void bind(std::uint16_t, const char*) override {}
 
   std::size_t sendTo(std::span<const std::uint8_t> bytes, const UdpPeer&, const char*) override {

@@ -83,6 +83,31 @@ start_installer() {
   pids+=("$installer")
 }
 
+# The address that PCs get while they boot, and where their images are.
+BOOT_CLIENT=192.168.88.2
+BOOT_IMAGES=${OMNISET_IMAGES:-$BIN/images}
+
+# start_boot [ARGUMENT...]: the boot service beside the test; sets `service` to its process.
+start_boot() {
+  ip netns exec "$netns1" "$CLI" boot --client $BOOT_CLIENT --interface "$netns_if1" "$@" \
+    >"$WORK/boot.out" 2>"$WORK/boot.err" </dev/null &
+  service=$!
+  pids+=("$service")
+  wait_for "$WORK/boot.err" "Answering" 10
+}
+
+# ask_boot [VENDOR-CLASS]: asks as boot firmware does; the reply is in $WORK/reply.
+ask_boot() {
+  ip netns exec "$netns2" "$BIN/tests/tools/ask-boot" "$netns_if2" $MAC_TARGET "$@" >"$WORK/reply"
+}
+
+# The one image that an Etherboot client gets.
+etherboot_image() {
+  cat "$BOOT_IMAGES/127"
+  tail -c +3025 "$BOOT_IMAGES/120"
+  cat "$BOOT_IMAGES/121"
+}
+
 # status WANTED COMMAND...: the command ends with that exit status.
 status() {
   local wanted=$1 got

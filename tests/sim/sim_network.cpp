@@ -38,6 +38,7 @@ class SimNode::Socket : public UdpSocket {
 
   void open(const char* /*failure*/) override {}
   void allowBroadcast(const char* /*failure*/) override {}
+  void allowAddressReuse(const char* /*failure*/) override {}
   void bind(std::uint16_t port, const char* /*failure*/) override { port_ = port; }
 
   std::size_t sendTo(std::span<const std::uint8_t> bytes, const UdpPeer& /*to*/,

@@ -18,6 +18,14 @@ TEST(ParameterFields, AnythingElseIsNoAddress) {
   }
 }
 
+TEST(ParameterFields, AValidAddressMayBeZeroButNotTheBroadcastAddress) {
+  EXPECT_EQ(0u, validAddress("0.0.0.0"));
+  EXPECT_EQ(ipv4(255, 255, 255, 254), validAddress(" 255.255.255.254 "));
+  for (const char* text : {"", "10.0.0", "10.0.0.256", "255.255.255.255", " 255.255.255.255 "}) {
+    EXPECT_EQ(std::nullopt, validAddress(text)) << text;
+  }
+}
+
 TEST(ParameterFields, NetmaskAboveThirtyTwoOrNegativeIsThirtyTwo) {
   EXPECT_EQ(32, netmaskOf("40"));
   EXPECT_EQ(32, netmaskOf("-1"));

@@ -23,9 +23,13 @@ std::string addressText(std::uint32_t address) {
 
 }  // namespace
 
-std::uint32_t addressOf(const std::string& text) {
+std::optional<std::uint32_t> validAddress(const std::string& text) {
   const auto address = parseDottedQuad(trimmed(text));
-  return address && *address != kBroadcastAddress ? *address : 0;
+  return address != kBroadcastAddress ? address : std::nullopt;
+}
+
+std::uint32_t addressOf(const std::string& text) {
+  return validAddress(text).value_or(0);
 }
 
 std::int32_t netmaskOf(const std::string& text) {

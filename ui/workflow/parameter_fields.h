@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,8 +28,10 @@ struct ParameterFields {
   bool operator==(const ParameterFields&) const = default;
 };
 
-// A dotted address, blanks around it aside, in network byte order; 0 for anything else. The
-// broadcast address is no router's and counts as invalid.
+// A dotted address, blanks around it aside, in network byte order; nothing for anything else. The
+// broadcast address is no computer's and counts as invalid.
+std::optional<std::uint32_t> validAddress(const std::string& text);
+// The same, with 0 for anything else.
 std::uint32_t addressOf(const std::string& text);
 
 // The number that the text begins with; one above 32, like a negative one, is 32.

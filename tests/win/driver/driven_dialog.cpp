@@ -115,12 +115,15 @@ void DrivenDialog::click(int id) {
 void DrivenDialog::focus(int id) {
   const HWND wanted = requireEnabled(id);
   post(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(wanted), TRUE);
-  waitUntil("control " + std::to_string(id) + " has the focus", [&] {
-    GUITHREADINFO information{};
-    information.cbSize = sizeof information;
-    return GetGUIThreadInfo(GetWindowThreadProcessId(window_, nullptr), &information) &&
-           (information.hwndFocus == wanted || IsChild(wanted, information.hwndFocus));
-  });
+  waitUntil("control " + std::to_string(id) + " has the focus", [&] { return hasFocus(id); });
+}
+
+bool DrivenDialog::hasFocus(int id) const {
+  const HWND wanted = control(id);
+  GUITHREADINFO information{};
+  information.cbSize = sizeof information;
+  return GetGUIThreadInfo(GetWindowThreadProcessId(window_, nullptr), &information) &&
+         (information.hwndFocus == wanted || IsChild(wanted, information.hwndFocus));
 }
 
 void DrivenDialog::press(int id, int virtualKey) {

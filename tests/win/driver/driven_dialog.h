@@ -43,8 +43,10 @@ class DrivenDialog {
   void awaitEnabled(int id, bool expected = true) const;
 
   void click(int id);
-  // Moves the focus there, as the tab key does, or to a part of that control.
+  // Moves the focus there, as the tab key does.
   void focus(int id);
+  // Also when a part of the control has it.
+  bool hasFocus(int id) const;
   // A key that goes down and up in the control.
   void press(int id, int virtualKey);
   // Replaces what is in the field, key by key.

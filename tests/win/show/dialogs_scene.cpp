@@ -59,6 +59,21 @@ void showHelp(Stage& stage) {
   help.awaitClosed();
 }
 
+void showNetBooting(Stage& stage) {
+  stage.window().click(IDC_NET_BOOTING);
+  DrivenDialog settings = stage.window().awaitDialog("Network Booting Settings");
+  settings.click(IDC_BOOT_SERVER_ENABLED);
+  settings.awaitEnabled(IDC_BOOT_CLIENT_ADDRESS);
+  settings.paste(IDC_BOOT_CLIENT_ADDRESS, "192.168.88");
+  settings.click(IDC_NET_BOOTING_OK);
+  showBox(stage, "Error", "box-client-address", "OK");
+  settings.paste(IDC_BOOT_CLIENT_ADDRESS, "192.168.88.10");
+  stage.picture("dialog-net-booting");
+  settings.paste(IDC_BOOT_CLIENT_ADDRESS, "10.0.0.10");
+  settings.click(IDC_NET_BOOTING_OK);
+  showBox(stage, "Warning", "box-client-subnet", "OK");
+}
+
 // The choosers are the system's.
 void showChoosers(Stage& stage) {
   stage.window().click(IDC_BROWSE);
@@ -95,6 +110,7 @@ void showDialogs(Stage& stage) {
   stage.selectRouter("rack 3");
   showInstallBoxes(stage);
   showSetDialogs(stage);
+  showNetBooting(stage);
   showHelp(stage);
   showChoosers(stage);
   showSecondInstance(stage);

@@ -22,6 +22,24 @@ TEST(SetNameTemplate, HasExactlyItsControls) {
   EXPECT_EQ((std::vector<int>{1000, 1001, 1024}), tabOrder(dialog));
 }
 
+TEST(NetBootingTemplate, HasExactlyItsControls) {
+  Dialog dialog;
+  dialog.create(IDD_NET_BOOTING);
+  EXPECT_EQ("Network Booting Settings", windowText(dialog.handle()));
+  expectSizeAndFont(dialog, 270, 91);
+  expectControls(dialog,
+                 {{1032, "Button", "Boot Server enabled", BS_AUTOCHECKBOX},
+                  {1033, "Edit", "", ES_AUTOHSCROLL, ES_NUMBER},
+                  {1001, "Button", "OK", BS_DEFPUSHBUTTON},
+                  {1024, "Button", "Cancel", BS_PUSHBUTTON}},
+                 {"There you can set parameters for PXE (Pre-boot eXecution Environment) and "
+                  "Etherboot server that can boot your router over network",
+                  "Client IP address:"});
+  expectNoTextClipped(dialog);
+  expectNothingOverlaps(dialog, 0);
+  EXPECT_EQ((std::vector<int>{1032, 1033, 1001, 1024}), tabOrder(dialog));
+}
+
 TEST(HelpTemplate, HasExactlyItsControls) {
   Dialog dialog;
   dialog.create(IDD_HELP);

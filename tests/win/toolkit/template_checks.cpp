@@ -51,6 +51,19 @@ RECT placeOf(const Dialog& dialog, HWND control) {
   return place;
 }
 
+// Labels break their texts between words, and none within one.
+bool breaksLines(HWND control) {
+  const auto kind = styleOf(control) & SS_TYPEMASK;
+  return classOf(control) == "Static" && (kind == SS_LEFT || kind == SS_CENTER);
+}
+
+SIZE brokenText(HDC canvas, HWND control, const std::string& text) {
+  RECT needed{};
+  GetClientRect(control, &needed);
+  DrawTextA(canvas, text.c_str(), -1, &needed, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+  return {needed.right, needed.bottom};
+}
+
 SIZE measuredText(HWND control) {
   const HDC canvas = GetDC(control);
   const HGDIOBJ font =
@@ -58,6 +71,7 @@ SIZE measuredText(HWND control) {
   const std::string text = windowText(control);
   SIZE size{};
   EXPECT_TRUE(GetTextExtentPoint32A(canvas, text.c_str(), static_cast<int>(text.size()), &size));
+  if (breaksLines(control)) size = brokenText(canvas, control, text);
   SelectObject(canvas, font);
   ReleaseDC(control, canvas);
   return size;

@@ -88,15 +88,14 @@ TEST_F(FirstRun, EnablesNothingThatNeedsARouter) {
   }
 }
 
-TEST_F(FirstRun, EnablesTheFolderTheSetsAndTheHelp) {
-  for (const int id : {IDC_FOLDER, IDC_BROWSE, IDC_SETS, IDC_SHOW_HELP}) {
+TEST_F(FirstRun, EnablesTheFolderTheSetsNetBootingAndTheHelp) {
+  for (const int id : {IDC_FOLDER, IDC_BROWSE, IDC_SETS, IDC_NET_BOOTING, IDC_SHOW_HELP}) {
     EXPECT_TRUE(window().isEnabled(id)) << "control " << id;
   }
 }
 
-TEST_F(FirstRun, OffersNoBootFloppyAndNoNetBooting) {
+TEST_F(FirstRun, OffersNoBootFloppy) {
   EXPECT_FALSE(window().isEnabled(IDC_MAKE_FLOPPY));
-  EXPECT_FALSE(window().isEnabled(IDC_NET_BOOTING));
 }
 
 TEST_F(FirstRun, ShowsNoProgress) {

@@ -1,12 +1,11 @@
 // How the program starts, stays the only one, and ends.
 #include <gmock/gmock.h>
-#include <windows.h>
-#include <winsock2.h>
 
 #include <algorithm>
 #include <cstdlib>
 
 #include "tests/win/driver/top_windows.h"
+#include "tests/win/driver/udp_port.h"
 #include "tests/win/window/window_test.h"
 
 namespace omniset::test {
@@ -74,13 +73,7 @@ TEST_F(Program, RunsAgainAfterItWasKilled) {
 }
 
 TEST_F(Program, SaysWhyItCannotListenOnItsPort) {
-  WSADATA data;
-  ASSERT_EQ(WSAStartup(MAKEWORD(2, 1), &data), 0);
-  const SOCKET occupant = socket(AF_INET, SOCK_DGRAM, 0);
-  sockaddr_in port{};
-  port.sin_family = AF_INET;
-  port.sin_port = htons(5000);
-  ASSERT_EQ(bind(occupant, reinterpret_cast<const sockaddr*>(&port), sizeof port), 0);
+  const UdpPort occupant(5000);
   const std::shared_ptr<Process> program = startProgram(path("trace.txt"));
   DrivenMessageBox box(awaitTopWindow(*program, "Exception"), program);
   EXPECT_THAT(box.text(), HasSubstr("bind"));
@@ -89,8 +82,6 @@ TEST_F(Program, SaysWhyItCannotListenOnItsPort) {
   EXPECT_EQ(program->waitForEnd(), kFailed);
   EXPECT_EQ(placeOf(program->outputLines(), "run out"), -1);
   EXPECT_EQ(program->outputLines().back(), "exit");
-  closesocket(occupant);
-  WSACleanup();
 }
 
 }  // namespace

@@ -1,0 +1,88 @@
+#include "boot/boot_checks.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "boot/bootp_packet.h"
+#include "boot/tftp_packet.h"
+#include "core/ipv4_address.h"
+#include "core/shown_text.h"
+
+namespace omniset {
+
+namespace {
+
+constexpr std::uint8_t kLoopbackNetwork = 127;
+
+bool isUsable(const LocalAddress& local) {
+  return local.address != 0 && (local.address & 0xFF) != kLoopbackNetwork;
+}
+
+std::string subnetList(const std::vector<LocalAddress>& addresses) {
+  std::string list;
+  for (const LocalAddress& local : addresses) {
+    list += (list.empty() ? "" : ", ") + dottedQuad(local.address) + " (netmask " +
+            dottedQuad(local.mask) + ")";
+  }
+  return list;
+}
+
+}  // namespace
+
+std::optional<std::string> clientAddressProblem(std::uint32_t clientAddress,
+                                                LocalAddresses& addresses) {
+  std::vector<LocalAddress> rows = addresses.list();
+  std::erase_if(rows, [](const LocalAddress& local) { return !isUsable(local); });
+  if (rows.empty()) {
+    return "This computer has no network address: give its network adapter one, and plug in the "
+           "cable.";
+  }
+  const std::string client = dottedQuad(clientAddress);
+  const auto local = addressOnSubnetOf(clientAddress, rows);
+  if (!local) {
+    return "The client address " + client +
+           " is on no subnet of this computer, so that a PC which gets it cannot reach this "
+           "computer: choose a free address beside one of these: " +
+           subnetList(rows) + ".";
+  }
+  const bool isOwn = std::any_of(rows.begin(), rows.end(), [&](const LocalAddress& row) {
+    return row.address == clientAddress;
+  });
+  if (isOwn) {
+    return "The client address " + client +
+           " is this computer's own: choose another, free address on its subnet.";
+  }
+  const std::uint32_t host = clientAddress & ~local->mask;
+  if (~local->mask != 0 && (host == 0 || host == ~local->mask)) {
+    return "The client address " + client +
+           " stands for its whole subnet: choose a free address of a single computer there.";
+  }
+  return std::nullopt;
+}
+
+void tryBootPorts(const std::function<std::unique_ptr<UdpSocket>()>& makeSocket) {
+  // The service lets others share its BOOTP port; here nobody may have it: two who answer would
+  // only be in each other's way.
+  for (const std::uint16_t port : {kBootpServerPort, kTftpPort}) {
+    const auto socket = makeSocket();
+    socket->open("failed to create socket");
+    socket->bind(port, "bind failed");
+  }
+}
+
+std::string bootFailureText(std::string_view exceptionText) {
+  const std::string reason = " (" + shownText(exceptionText) + ")";
+  if (exceptionText.starts_with("bind failed")) {
+    return "Network booting needs the UDP ports " + std::to_string(kBootpServerPort) + " and " +
+           std::to_string(kTftpPort) +
+           ", which cannot be had: another DHCP, BOOTP or TFTP server probably runs on this "
+           "computer, or the ports are reserved for its administrator. End that server, or start "
+           "this program as administrator, and try again." +
+           reason;
+  }
+  return "Network booting cannot go on: check that the network adapter is up and that this program "
+         "may use the network." +
+         reason;
+}
+
+}  // namespace omniset

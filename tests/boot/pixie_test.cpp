@@ -1,0 +1,388 @@
+#include "boot/pixie.h"
+
+#include <gmock/gmock.h>
+
+#include "core/error.h"
+#include "tests/boot/boot_world.h"
+#include "tests/contract/raised_text.h"
+#include "tests/fakes/captured_trace.h"
+#include "tests/fakes/fake_udp_socket.h"
+
+namespace omniset::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+constexpr MacAddress kOtherMac{{0x02, 0, 0, 0, 0, 0x0B}};
+constexpr std::uint32_t kOtherAddress = ipv4(192, 168, 88, 21);
+
+class PixieTest : public testing::Test {
+ protected:
+  // Lets a client boot at a time from now on.
+  void bootAt(BootClient& client, Micros delay) {
+    world_.network.events().after(delay, [&client] { client.start(); });
+  }
+  void send(const Bytes& datagram, std::uint16_t toPort, Micros delay,
+            std::uint16_t fromPort = 2000) {
+    world_.network.events().after(delay, [this, datagram, toPort, fromPort] {
+      world_.network.sendToService(datagram, fromPort, toPort);
+    });
+  }
+  std::size_t repliesSent() const {
+    return static_cast<std::size_t>(
+        std::count_if(world_.network.sent().begin(), world_.network.sent().end(),
+                      [](const BootNetwork::Sent& sent) { return sent.to.port == 68; }));
+  }
+
+  CapturedTrace trace_;
+  BootWorld world_;
+};
+
+TEST_F(PixieTest, TracesTheConfigurationItStartsWith) {
+  world_.start({true, BootWorld::kClientAddress});
+  world_.start({false, 0});
+  EXPECT_EQ(trace_.text(), "conf: en:1, addr:192.168.88.20\nconf: en:0, addr:0.0.0.0\n");
+}
+
+TEST_F(PixieTest, APxeClientIsAnsweredAndGetsFourImagesInTheirOrder) {
+  world_.start();
+  BootClient client(world_.network, BootWorld::pxePlan());
+  bootAt(client, kSecond);
+  world_.run(10 * kSecond);
+  EXPECT_EQ(client.files(), world_.pxeImages());
+  EXPECT_THAT(trace_.text(), HasSubstr("REQ RECEIVED:\n"));
+  EXPECT_THAT(trace_.text(), HasSubstr("ALL DONE\n"));
+}
+
+TEST_F(PixieTest, WhatIsAskedForDoesNotMatterOnlyHowOften) {
+  world_.start();
+  BootClient::Plan plan = BootWorld::pxePlan();
+  plan.files = {"anything", "pxelinux.cfg/01-02-00-00-00-00-0a", "pxelinux.cfg/C0A85814",
+                "pxelinux.cfg/default"};
+  BootClient client(world_.network, plan);
+  bootAt(client, 0);
+  world_.run(10 * kSecond);
+  EXPECT_EQ(client.files(), world_.pxeImages());
+}
+
+// Boot firmware asks for offers, once more, and then for the address.
+TEST_F(PixieTest, EveryRequestOfAClientIsAnsweredUntilItFetchesSomething) {
+  world_.start();
+  BootClient client(world_.network, BootWorld::pxePlan());
+  bootAt(client, 0);
+  world_.run(10 * kSecond);
+  EXPECT_EQ(repliesSent(), 3u);
+  EXPECT_TRUE(client.isDone());
+}
+
+TEST_F(PixieTest, TheWatcherIsToldEachStepOfABoot) {
+  world_.start();
+  BootClient::Plan plan = BootWorld::pxePlan();
+  plan.asks = 1;
+  BootClient client(world_.network, plan);
+  bootAt(client, 0);
+  world_.run(10 * kSecond);
+  EXPECT_THAT(world_.watcher.events,
+              ElementsAre("answered 02:00:00:00:00:0A", "125 for /image", "125 sent, 10824",
+                          "126 for pxelinux.cfg/default", "126 sent, 64", "120 for linux",
+                          "120 sent, 20000", "121 for initrd.rgz", "121 sent, 9000", "all sent"));
+}
+
+TEST_F(PixieTest, WithoutAWatcherItServesTheSame) {
+  PixieServices services = world_.services();
+  services.watcher = nullptr;
+  world_.service.emplace(0, PixieConfig{true, BootWorld::kClientAddress}, services);
+  BootClient client(world_.network, BootWorld::pxePlan());
+  bootAt(client, 0);
+  world_.run(10 * kSecond);
+  EXPECT_TRUE(client.isDone());
+}
+
+TEST_F(PixieTest, TheFirstAnswerToAReadRequestLeavesAtOnce) {
+  world_.start();
+  BootClient client(world_.network, BootWorld::pxePlan());
+  bootAt(client, 0);
+  world_.run(10 * kSecond);
+  ASSERT_TRUE(client.isDone());
+  // Two times the network's delay, and at most a glance at the other socket.
+  EXPECT_LE(client.slowestFirstAnswer(), 100 + kMillisecond);
+}
+
+TEST_F(PixieTest, AnEtherbootClientGetsOneImageOfLoaderKernelAndRamDisk) {
+  world_.setImage(kKernelImage, 836'214);
+  world_.setImage(kRamDiskImage, 269'542);
+  world_.start();
+  BootClient client(world_.network, BootWorld::etherbootPlan());
+  bootAt(client, 0);
+  world_.run(20 * kSecond);
+  ASSERT_TRUE(client.isDone());
+  EXPECT_EQ(client.files()[0].size(), 1'125'128u);
+  EXPECT_EQ(client.files()[0], world_.etherbootImage());
+  EXPECT_EQ(world_.watcher.events.back(), "all sent");
+}
+
+TEST_F(PixieTest, AKernelShorterThanItsHeadIsLeftOutOfTheEtherbootImage) {
+  world_.setImage(kKernelImage, 3000);
+  world_.start();
+  BootClient client(world_.network, BootWorld::etherbootPlan());
+  bootAt(client, 0);
+  world_.run(5 * kSecond);
+  ASSERT_TRUE(client.isDone());
+  EXPECT_EQ(client.files()[0], world_.etherbootImage());
+}
+
+TEST_F(PixieTest, AnEtherbootClientThatFetchesNothingStillEndsWithAllDone) {
+  world_.start();
+  send(etherbootRequest(), 67, 0);
+  world_.run(25 * kSecond);
+  EXPECT_THAT(trace_.text(), EndsWith("TFTP timeout\nALL DONE\n"));
+  EXPECT_THAT(world_.watcher.events,
+              ElementsAre("answered 02:00:00:00:00:0A", "127 not requested"));
+}
+
+TEST_F(PixieTest, ASequenceThatTimesOutIsClosedAndTheNextRequestStartsAFreshOne) {
+  world_.start();
+  BootClient::Plan plan = BootWorld::pxePlan();
+  plan.files = {"/image"};  // and nothing more
+  BootClient broken(world_.network, plan);
+  bootAt(broken, 0);
+  bool closed = false;
+  world_.network.events().after(29 * kSecond, [&] { closed = !world_.network.isBound(69); });
+  BootClient::Plan second = BootWorld::pxePlan();
+  second.firstPort = 3000;
+  BootClient client(world_.network, second);
+  bootAt(client, 30 * kSecond);
+  world_.run(29 * kSecond);
+  EXPECT_EQ(broken.files()[0], world_.images[kNetworkBootProgramImage]);
+  EXPECT_THAT(trace_.text(), Not(HasSubstr("ALL DONE")));
+  EXPECT_THAT(world_.watcher.events, testing::Contains("126 not requested"));
+  world_.run(20 * kSecond);
+  EXPECT_TRUE(closed);
+  EXPECT_EQ(client.files(), world_.pxeImages());
+}
+
+TEST_F(PixieTest, AClientThatFallsSilentWithinAnImageEndsItsSequence) {
+  world_.start();
+  send(pxeRequest(), 67, 0);
+  send(readRequest("/image"), 69, kSecond);
+  world_.run(10 * kSecond);
+  EXPECT_THAT(world_.watcher.events,
+              ElementsAre("answered 02:00:00:00:00:0A", "125 for /image", "125 broken off"));
+  EXPECT_FALSE(world_.network.isBound(69));
+}
+
+TEST_F(PixieTest, ARepeatedReadRequestCountsAsTheNextOne) {
+  world_.start();
+  send(pxeRequest(), 67, 0);
+  send(readRequest("/image"), 69, kSecond, 2001);
+  send(readRequest("/image"), 69, kSecond + 1, 2001);
+  world_.images[kNetworkBootProgramImage] = {1, 2, 3};
+  world_.run(10 * kSecond);
+  EXPECT_THAT(world_.watcher.events,
+              ElementsAre("answered 02:00:00:00:00:0A", "125 for /image", "125 sent, 3",
+                          "126 for /image", "126 sent, 64", "120 not requested"));
+}
+
+TEST_F(PixieTest, TwoClientsAtOnceBootOneAfterTheOther) {
+  world_.start();
+  BootClient first(world_.network, BootWorld::pxePlan());
+  BootClient::Plan plan = BootWorld::pxePlan(kOtherMac);
+  plan.firstPort = 3000;
+  BootClient second(world_.network, plan);
+  bootAt(first, 0);
+  bootAt(second, 100 * kMillisecond);
+  world_.run(30 * kSecond);
+  EXPECT_EQ(first.files(), world_.pxeImages());
+  EXPECT_EQ(second.files(), world_.pxeImages());
+}
+
+TEST_F(PixieTest, ManyClientsAtOnceAllBootInTheEnd) {
+  world_.start();
+  std::deque<BootClient> clients;
+  for (std::uint8_t i = 0; i < 8; ++i) {
+    BootClient::Plan plan = BootWorld::pxePlan({{2, 0, 0, 0, 1, i}});
+    plan.firstPort = static_cast<std::uint16_t>(2100 + 100 * i);
+    plan.lives = 5;
+    clients.emplace_back(world_.network, plan);
+    bootAt(clients.back(), i * 10 * kMillisecond);
+  }
+  world_.run(600 * kSecond);
+  for (const BootClient& client : clients) EXPECT_EQ(client.files(), world_.pxeImages());
+}
+
+TEST_F(PixieTest, AfterAPxeClientAnEtherbootClientIsServedAsOne) {
+  world_.start();
+  BootClient pxe(world_.network, BootWorld::pxePlan());
+  bootAt(pxe, 0);
+  BootClient::Plan plan = BootWorld::etherbootPlan(kOtherMac);
+  plan.firstPort = 3000;
+  BootClient etherboot(world_.network, plan);
+  bootAt(etherboot, 20 * kSecond);
+  world_.run(40 * kSecond);
+  ASSERT_TRUE(etherboot.isDone());
+  EXPECT_EQ(etherboot.files()[0], world_.images[kNetworkBootProgramImage]);
+}
+
+TEST_F(PixieTest, AClientThatMayNotBootIsNotAnswered) {
+  world_.start();
+  world_.watcher.refused.insert(kClientMac);
+  send(pxeRequest(), 67, 0);
+  BootClient::Plan plan = BootWorld::pxePlan(kOtherMac);
+  BootClient client(world_.network, plan);
+  bootAt(client, kSecond);
+  world_.run(20 * kSecond);
+  EXPECT_EQ(repliesSent(), 3u);
+  EXPECT_TRUE(client.isDone());
+}
+
+TEST_F(PixieTest, WhatIsNoBootRequestIsTracedAndGetsNoAnswer) {
+  world_.start();
+  send(Bytes{}, 67, 0);
+  send(Bytes(3000, 0xFF), 67, 0);
+  send(requestWith({option(53, "\x01")}), 67, 0);
+  world_.run(3 * kSecond);
+  EXPECT_EQ(trace_.text(),
+            "conf: en:1, addr:192.168.88.20\n"
+            "recv bytes:0\nINVALID REQUEST\n"
+            "recv bytes:1264\nINVALID REQUEST\n"
+            "recv bytes:244\nINVALID REQUEST\n");
+  EXPECT_THAT(world_.network.sent(), IsEmpty());
+}
+
+TEST_F(PixieTest, AShortRequestIsNotReadAsTheLongOneBeforeIt) {
+  world_.start();
+  world_.watcher.refused.insert(kClientMac);
+  send(pxeRequest(), 67, 0);
+  Bytes head = requestHead();
+  send(head, 67, 10 * kMillisecond);
+  world_.run(2 * kSecond);
+  EXPECT_THAT(trace_.text(), EndsWith("recv bytes:240\nINVALID REQUEST\n"));
+}
+
+TEST_F(PixieTest, OtherTrafficDoesNotDisturbAClientThatIsAboutToFetch) {
+  world_.start();
+  BootClient client(world_.network, BootWorld::pxePlan());
+  bootAt(client, 0);
+  for (int i = 0; i < 400; ++i) send(requestWith({option(53, "\x01")}), 67, i * 10 * kMillisecond);
+  world_.run(15 * kSecond);
+  EXPECT_EQ(client.files(), world_.pxeImages());
+}
+
+TEST_F(PixieTest, AFloodOfRequestsDoesNotKeepAClientFromItsAnswer) {
+  world_.start();
+  BootClient client(world_.network, BootWorld::pxePlan());
+  bootAt(client, 0);
+  for (int i = 0; i < 20'000; ++i) send(requestWith({option(53, "\x01")}), 67, i * 200);
+  world_.run(20 * kSecond);
+  EXPECT_EQ(client.files(), world_.pxeImages());
+}
+
+TEST_F(PixieTest, AReplyThatCannotBeSentIsTracedAndTheServiceGoesOn) {
+  world_.start();
+  world_.network.refuseSending(true);
+  send(pxeRequest(), 67, 0);
+  world_.run(kSecond);
+  EXPECT_THAT(trace_.text(), EndsWith("sendto failed\nFAILED TO REPLY\n"));
+  EXPECT_FALSE(world_.network.isBound(69));
+  world_.network.refuseSending(false);
+  BootClient client(world_.network, BootWorld::pxePlan());
+  bootAt(client, 0);
+  world_.run(10 * kSecond);
+  EXPECT_TRUE(client.isDone());
+}
+
+TEST_F(PixieTest, DisabledItSendsNothingUntilAConfigurationEnablesIt) {
+  world_.start({false, 0});
+  send(pxeRequest(), 67, 0);
+  BootpResponder responder("/image", world_.network.makeSocket(), world_.addresses);
+  EXPECT_TRUE(world_.service->step(responder));  // a second of doing nothing
+  EXPECT_THAT(world_.network.sent(), IsEmpty());
+  world_.service->configure({true, BootWorld::kClientAddress});
+  EXPECT_TRUE(world_.service->step(responder));
+  EXPECT_THAT(trace_.text(), HasSubstr("new conf: en:1, addr:192.168.88.20\n"));
+  EXPECT_EQ(repliesSent(), 1u);
+}
+
+TEST_F(PixieTest, EachRoundTakesOneConfiguration) {
+  world_.start();
+  BootpResponder responder("/image", world_.network.makeSocket(), world_.addresses);
+  world_.service->configure({true, kOtherAddress});
+  world_.service->configure({true, BootWorld::kClientAddress});
+  trace_.clear();
+  EXPECT_TRUE(world_.service->step(responder));
+  EXPECT_EQ(trace_.text(), "new conf: en:1, addr:192.168.88.21\n");
+  EXPECT_TRUE(world_.service->step(responder));
+  EXPECT_EQ(trace_.text(),
+            "new conf: en:1, addr:192.168.88.21\nnew conf: en:1, addr:192.168.88.20\n");
+}
+
+TEST_F(PixieTest, TheConfiguredAddressIsWhatClientsGetAndWhereImagesGo) {
+  world_.start();
+  world_.service->configure({true, kOtherAddress});
+  send(pxeRequest(), 67, 10);
+  send(readRequest("/image"), 69, kSecond);
+  world_.run(3 * kSecond);
+  const auto& sent = world_.network.sent();
+  ASSERT_GE(sent.size(), 2u);
+  EXPECT_EQ(sent[0].bytes.size(), 245u);
+  EXPECT_EQ(Bytes(sent[0].bytes.begin() + 16, sent[0].bytes.begin() + 20),
+            Bytes({192, 168, 88, 21}));
+  EXPECT_EQ(sent[1].to.address, kOtherAddress);
+}
+
+TEST_F(PixieTest, AStopRequestEndsItBeforeTheNextRound) {
+  world_.start();
+  world_.service->stopEvent().set();
+  world_.service->run();
+  EXPECT_THAT(world_.network.sent(), IsEmpty());
+}
+
+TEST_F(PixieTest, AStopRequestEndsTheWaitForAClientThatHasFetchedNothing) {
+  world_.start();
+  send(pxeRequest(), 67, 0);
+  const Micros before = world_.network.events().now();
+  world_.run(3 * kSecond);
+  EXPECT_LE(world_.network.events().now() - before, 3 * kSecond + 100 * kMillisecond);
+}
+
+TEST_F(PixieTest, AStopRequestTakesEffectAfterTheImagesAreServed) {
+  world_.start();
+  send(pxeRequest(), 67, 0);
+  send(readRequest("/image"), 69, kSecond);
+  const Micros before = world_.network.events().now();
+  world_.run(2 * kSecond);
+  EXPECT_EQ(world_.network.events().now() - before, 6 * kSecond + 50);
+}
+
+TEST_F(PixieTest, ATakenPortEndsIt) {
+  world_.start();
+  world_.network.take(67);
+  EXPECT_THAT(raisedText<SocketExc>([&] { world_.service->run(); }), StartsWith("bind failed"));
+}
+
+TEST_F(PixieTest, ATakenTftpPortEndsItWhenAClientAsks) {
+  world_.start();
+  world_.network.take(69);
+  send(pxeRequest(), 67, 0);
+  EXPECT_THAT(raisedText<SocketExc>([&] { world_.service->run(); }), StartsWith("bind failed"));
+}
+
+TEST_F(PixieTest, FailuresOfTheSocketHaveTheirTexts) {
+  const auto network = std::make_shared<FakeNetwork>();
+  PixieServices services = world_.services();
+  services.makeSocket = [&] { return std::make_unique<FakeUdpSocket>(network); };
+  Pixie service(0, {true, BootWorld::kClientAddress}, services);
+  network->failing = "waitReadable";
+  EXPECT_THAT(raisedText<Error>([&] { service.run(); }), StartsWith("select failed"));
+  network->failing = "receiveFrom";
+  network->deliver({});
+  EXPECT_THAT(raisedText<Error>([&] { service.run(); }), StartsWith("recv failed"));
+}
+
+}  // namespace
+}  // namespace omniset::test

@@ -1,0 +1,80 @@
+#include "cli/boot_choice.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace omniset::test {
+
+namespace {
+
+MacAddress pc(std::uint8_t number) {
+  return {{2, 0, 0, 0, 1, number}};
+}
+
+}  // namespace
+
+TEST(BootChoice, EverybodyBootsWhenAllAreWanted) {
+  const BootChoice choice(RouterChoice::kAll, {}, 0);
+  EXPECT_EQ(choice.refusal(pc(1)), "");
+  EXPECT_EQ(choice.refusal(pc(2)), "");
+}
+
+TEST(BootChoice, InstalledPcIsNotBootedAgain) {
+  BootChoice choice(RouterChoice::kAll, {}, 0);
+  choice.routerSeen(pc(1), "");
+  EXPECT_EQ(choice.refusal(pc(1)), "");
+  choice.routerDone(pc(1), true, "finished");
+  EXPECT_EQ(choice.refusal(pc(1)), "it has been installed");
+  EXPECT_EQ(choice.refusal(pc(2)), "");
+}
+
+TEST(BootChoice, FailedPcMayBootAgain) {
+  BootChoice choice(RouterChoice::kFirst, {}, 1);
+  choice.routerSeen(pc(1), "");
+  choice.routerDone(pc(1), false, "Connection timeout");
+  EXPECT_EQ(choice.refusal(pc(1)), "");
+}
+
+TEST(BootChoice, OnlyNamedPcsBoot) {
+  BootChoice choice(RouterChoice::kNamed, {pc(1), pc(2)}, 0);
+  EXPECT_EQ(choice.refusal(pc(1)), "");
+  EXPECT_EQ(choice.refusal(pc(2)), "");
+  EXPECT_EQ(choice.refusal(pc(3)), "it is not among the routers of --router");
+  choice.routerDone(pc(1), true, "finished");
+  EXPECT_EQ(choice.refusal(pc(1)), "it has been installed");
+}
+
+TEST(BootChoice, OnceTheFirstHaveBegunOnlyTheyBoot) {
+  BootChoice choice(RouterChoice::kFirst, {}, 2);
+  choice.routerSeen(pc(1), "");
+  EXPECT_EQ(choice.refusal(pc(3)), "");
+  choice.routerSeen(pc(2), "");
+  EXPECT_EQ(choice.refusal(pc(3)), "as many routers as --first asks for have begun");
+  EXPECT_EQ(choice.refusal(pc(1)), "");
+  EXPECT_EQ(choice.refusal(pc(2)), "");
+  choice.routerDone(pc(2), true, "finished");
+  EXPECT_EQ(choice.refusal(pc(2)), "it has been installed");
+}
+
+TEST(BootChoice, AnotherThreadMayAskWhileTheRunGoesOn) {
+  BootChoice choice(RouterChoice::kFirst, {}, 200);
+  std::size_t refusals = 0;
+  std::thread asking([&] {
+    for (int i = 0; i < 20'000; ++i) {
+      if (!choice.refusal(pc(static_cast<std::uint8_t>(i))).empty()) ++refusals;
+    }
+  });
+  for (int i = 0; i < 200; ++i) {
+    const MacAddress mac = pc(static_cast<std::uint8_t>(i));
+    choice.routerSeen(mac, "");
+    choice.routerDone(mac, true, "finished");
+  }
+  asking.join();
+  EXPECT_LE(refusals, 20'000u);
+  for (int i = 0; i < 256; ++i) {
+    EXPECT_NE(choice.refusal(pc(static_cast<std::uint8_t>(i))), "") << i;
+  }
+}
+
+}  // namespace omniset::test

@@ -1,0 +1,118 @@
+#include "payload/loader/pxe/rom.h"
+
+#include <gmock/gmock.h>
+
+#include <numeric>
+
+#include "fake_pc.h"
+#include "payload/loader/common/numbers.h"
+
+namespace omniset::loader::test {
+namespace {
+
+constexpr FarAddress kNewAt = 0x4000'0010;  // 40010h
+constexpr FarAddress kOldAt = 0x4100'0020;  // 41020h
+constexpr FarAddress kNewEntry = 0x4012'3456;
+constexpr FarAddress kOldEntry = 0x4065'4321;
+
+// A structure whose bytes add up to 0.
+std::vector<std::uint8_t> structure(const std::string& signature, std::size_t lengthAt,
+                                    std::size_t entryAt, FarAddress entry, std::size_t size) {
+  std::vector<std::uint8_t> bytes(size, 0x11);
+  std::copy(signature.begin(), signature.end(), bytes.begin());
+  bytes[lengthAt] = static_cast<std::uint8_t>(size);
+  putNumber(&bytes[entryAt], entry);
+  const int sum = std::accumulate(bytes.begin(), bytes.end(), 0);
+  bytes.back() = static_cast<std::uint8_t>(bytes.back() - sum);
+  return bytes;
+}
+
+class BootRom : public ::testing::Test {
+ protected:
+  BootRom() {
+    newStructureAt = kNewAt;
+    oldStructureAt = kOldAt;
+    pc.put(0x40010, structure("!PXE", 4, 16, kNewEntry, 0x58));
+    pc.put(0x41020, structure("PXENV+", 8, 10, kOldEntry, 0x2C));
+  }
+
+  FakePc pc;
+};
+
+TEST_F(BootRom, TheNewStructureIsPreferred) {
+  findRom();
+  EXPECT_EQ(romEntry, kNewEntry);
+}
+
+TEST_F(BootRom, TheOldStructureStandsInForABrokenNewOne) {
+  pc.memory[0x40020] ^= 1;
+  findRom();
+  EXPECT_EQ(romEntry, kOldEntry);
+}
+
+TEST_F(BootRom, TheOldStructureStandsInWhereTheStackSaysNothing) {
+  newStructureAt = 0;
+  findRom();
+  EXPECT_EQ(romEntry, kOldEntry);
+}
+
+TEST_F(BootRom, AStructureWithoutAnEntryIsNone) {
+  pc.put(0x40010, structure("!PXE", 4, 16, 0, 0x58));
+  findRom();
+  EXPECT_EQ(romEntry, kOldEntry);
+}
+
+TEST_F(BootRom, AStructureTooShortForItsEntryIsNone) {
+  auto bytes = structure("!PXE", 4, 16, kNewEntry, 0x58);
+  bytes[4] = 0;
+  pc.put(0x40010, bytes);
+  findRom();
+  EXPECT_EQ(romEntry, kOldEntry);
+}
+
+TEST_F(BootRom, WithoutEitherStructureThePcWasNotStartedByOne) {
+  pc.memory[0x40010] = 'x';
+  pc.memory[0x41020] = 'x';
+  EXPECT_EQ(failureOf(findRom), "This program was not started by a network boot ROM (PXE).");
+  EXPECT_EQ(romEntry, 0u);
+}
+
+constexpr std::uint32_t kOwn = 0x1458A8C0;      // 192.168.88.20
+constexpr std::uint32_t kServer = 0x0158A8C0;   // 192.168.88.1
+constexpr std::uint32_t kGateway = 0xFE58A8C0;  // 192.168.88.254
+
+std::vector<std::uint8_t> reply(std::uint32_t server) {
+  std::vector<std::uint8_t> packet(300);
+  putNumber(&packet[16], kOwn);
+  putNumber(&packet[20], server);
+  putNumber(&packet[24], kGateway);
+  return packet;
+}
+
+TEST_F(BootRom, TellsTheAddressesOfTheReply) {
+  pc.cached[PacketType::kReply] = reply(kServer);
+  readAddresses();
+  EXPECT_EQ(networkAddresses.own, kOwn);
+  EXPECT_EQ(networkAddresses.server, kServer);
+  EXPECT_EQ(networkAddresses.gateway, kGateway);
+}
+
+TEST_F(BootRom, TheAcknowledgementStandsInForAReplyThatIsNotThere) {
+  pc.cached[PacketType::kAcknowledgement] = reply(kServer);
+  readAddresses();
+  EXPECT_EQ(networkAddresses.server, kServer);
+}
+
+TEST_F(BootRom, TheAcknowledgementStandsInForAReplyWithoutAServer) {
+  pc.cached = {{PacketType::kReply, reply(0)}, {PacketType::kAcknowledgement, reply(kServer)}};
+  readAddresses();
+  EXPECT_EQ(networkAddresses.server, kServer);
+}
+
+TEST_F(BootRom, WithoutAServerItIsOfNoUse) {
+  pc.cached[PacketType::kReply] = reply(0);
+  EXPECT_EQ(failureOf(readAddresses), "The boot ROM does not tell the address of its server.");
+}
+
+}  // namespace
+}  // namespace omniset::loader::test

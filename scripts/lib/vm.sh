@@ -30,7 +30,11 @@ VM_PATIENCE=90
 
 VM_FIRST_WORDS="installer system"
 
+# The ROMs wait long for an IPv6 router, unless somebody says that there is none.
+VM_NO_ROUTER=$BUILD/linux/tests/tools/no-router
+
 declare -A vm_pids=() vm_readers=() vm_numbers=()
+vm_no_router=
 vm_requests=0
 
 # Settings, each of which may come more than once where that makes sense:
@@ -65,10 +69,17 @@ vm_start() {
   done
   [ ${#cards[@]} -gt 0 ] || cards=(virtio-net-pci)
   : "${vm_numbers[$name]:=$((${#vm_numbers[@]} + 1))}"
+  [ -z "$roms" ] || vm_have_no_router
   [ -z "$kernel" ] || words+=(-kernel "$VM_IMAGES/120" -initrd "$VM_IMAGES/121" -append "$append")
   vm_add_disks ${disks[@]+"${disks[@]}"} || return
   vm_add_cards "$name" "${cards[@]}" || return
   vm_switch_on "$name" -m "$memory" "${words[@]}" && vm_unplug "$name" "${cards[@]}"
+}
+
+vm_have_no_router() {
+  if [ -n "$vm_no_router" ] && kill -0 "$vm_no_router" 2>/dev/null; then return; fi
+  ip netns exec "$netns2" "$VM_NO_ROUTER" "$netns_if2" >/dev/null 2>&1 </dev/null &
+  vm_no_router=$!
 }
 
 # Adds to `words` of the caller. One AHCI controller has all disks of this kind, one on each port.
@@ -254,6 +265,11 @@ vm_off() {
 vm_off_all() {
   local name
   for name in "${!vm_pids[@]}"; do vm_off "$name"; done
+  if [ -n "$vm_no_router" ]; then
+    kill "$vm_no_router" 2>/dev/null
+    wait "$vm_no_router" 2>/dev/null
+    vm_no_router=
+  fi
 }
 
 # The readers end with what they read from; those that still wait for a writer get one, and one that

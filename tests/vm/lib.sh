@@ -40,7 +40,7 @@ start_pc() {
 }
 
 WITH_ALL=(--packages "$WORK/packages" --select-all --address 192.168.88.2/24
-  --gateway 192.168.88.1 --wait "$VM_PATIENCE" --reboot)
+  --gateway 192.168.88.1 --wait "${INSTALL_WAIT:-$VM_PATIENCE}" --reboot)
 
 # install_pcs ARGUMENT...: installs with all packages, an address and a reboot.
 install_pcs() {

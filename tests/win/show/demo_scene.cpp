@@ -4,13 +4,30 @@
 
 namespace omniset::test {
 
+namespace {
+
+void enableNetBooting(Stage& stage) {
+  stage.window().click(IDC_NET_BOOTING);
+  DrivenDialog settings = stage.window().awaitDialog("Network Booting Settings");
+  settings.click(IDC_BOOT_SERVER_ENABLED);
+  settings.awaitEnabled(IDC_BOOT_CLIENT_ADDRESS, true);
+  settings.type(IDC_BOOT_CLIENT_ADDRESS, "192.168.88.20");
+  stage.picture("0-net-booting");
+  settings.click(IDC_NET_BOOTING_OK);
+  settings.awaitClosed();
+}
+
+}  // namespace
+
 void performDemo(Stage& stage) {
   clearSettings();
   storeText("Package Path", stage.path("packages"));
   stage.open();
   stage.say("The window is open and has loaded the folder: " + stage.window().statusBar());
-  stage.say("A PC with an empty disk is switched on, and boots the installer system ...");
-  stage.startPc("pc", {"card=e1000"});
+  enableNetBooting(stage);
+  stage.say("\"Net booting\" is enabled: PCs get 192.168.88.20 while they boot.");
+  stage.say("A PC with an empty disk is switched on, and boots over the network ...");
+  stage.startPc("pc", {"card=e1000", "boot=network"});
   const std::string label = stage.awaitRouter();
   stage.awaitStatus(label, "Ready");
   stage.selectRouter(label);

@@ -18,7 +18,13 @@ class VirtualPc : public WindowTest {
   // The window with a PC that has booted, which is selected.
   void startWithPc(const std::string& card) {
     startWindow();
-    host().request({"start-pc", pc(), "card=" + card});
+    bootPc({"card=" + card});
+  }
+
+  void bootPc(const std::vector<std::string>& settings) {
+    std::vector<std::string> request{"start-pc", pc()};
+    request.insert(request.end(), settings.begin(), settings.end());
+    host().request(request);
     const std::string line = host().request({"mac-of-pc", pc()});
     address_ = line.substr(0, line.find('\n'));
     waitUntil(
@@ -55,6 +61,23 @@ TEST_F(VirtualPc, IsInstalledAndRebootedByTheOperator) {
   window().click(IDC_INSTALL);
   awaitStatus("OK", address_);
   window().awaitText(IDC_STATUS_LINE, "Installation finished successfully");
+  expectInstalled();
+}
+
+// With nothing but the window to answer it, from power-on to reboot.
+TEST_F(VirtualPc, BootsOverTheNetworkAndIsInstalled) {
+  startWindow();
+  window().click(IDC_NET_BOOTING);
+  DrivenDialog dialog = window().awaitDialog("Network Booting Settings");
+  dialog.click(IDC_BOOT_SERVER_ENABLED);
+  dialog.awaitEnabled(IDC_BOOT_CLIENT_ADDRESS, true);
+  dialog.type(IDC_BOOT_CLIENT_ADDRESS, "192.168.88.20");
+  dialog.click(IDC_NET_BOOTING_OK);
+  dialog.awaitClosed();
+  bootPc({"boot=network"});
+  install();
+  window().click(IDC_INSTALL);
+  awaitStatus("OK", address_);
   expectInstalled();
 }
 

@@ -1,6 +1,7 @@
 #include "boot/boot_checks.h"
 
 #include <algorithm>
+#include <bit>
 #include <vector>
 
 #include "boot/bootp_packet.h"
@@ -18,6 +19,13 @@ bool isUsable(const LocalAddress& local) {
   return local.address != 0 && (local.address & 0xFF) != kLoopbackNetwork;
 }
 
+// Its first or last address. Subnets of one or two computers have neither.
+bool isWholeSubnet(std::uint32_t address, std::uint32_t mask) {
+  const std::uint32_t hostBits = ~mask;
+  const std::uint32_t host = address & hostBits;
+  return std::popcount(hostBits) > 1 && (host == 0 || host == hostBits);
+}
+
 std::string subnetList(const std::vector<LocalAddress>& addresses) {
   std::string list;
   for (const LocalAddress& local : addresses) {
@@ -31,29 +39,34 @@ std::string subnetList(const std::vector<LocalAddress>& addresses) {
 
 std::optional<std::string> clientAddressProblem(std::uint32_t clientAddress,
                                                 LocalAddresses& addresses) {
-  std::vector<LocalAddress> rows = addresses.list();
-  std::erase_if(rows, [](const LocalAddress& local) { return !isUsable(local); });
-  if (rows.empty()) {
+  const std::vector<LocalAddress> rows = addresses.list();
+  std::vector<LocalAddress> usable = rows;
+  std::erase_if(usable, [](const LocalAddress& local) { return !isUsable(local); });
+  if (usable.empty()) {
     return "This computer has no network address: give its network adapter one, and plug in the "
            "cable.";
   }
   const std::string client = dottedQuad(clientAddress);
-  const auto local = addressOnSubnetOf(clientAddress, rows);
+  const auto local = addressOnSubnetOf(clientAddress, usable);
   if (!local) {
     return "The client address " + client +
            " is on no subnet of this computer, so that a PC which gets it cannot reach this "
            "computer: choose a free address beside one of these: " +
-           subnetList(rows) + ".";
+           subnetList(usable) + ".";
   }
-  const bool isOwn = std::any_of(rows.begin(), rows.end(), [&](const LocalAddress& row) {
+  // The service takes the first that fits, usable or not.
+  if (addressOnSubnetOf(clientAddress, rows)->address != local->address) {
+    return "PCs would be sent to an adapter of this computer that has no address: disable the "
+           "adapters that are not in use.";
+  }
+  const bool isOwn = std::any_of(usable.begin(), usable.end(), [&](const LocalAddress& row) {
     return row.address == clientAddress;
   });
   if (isOwn) {
     return "The client address " + client +
            " is this computer's own: choose another, free address on its subnet.";
   }
-  const std::uint32_t host = clientAddress & ~local->mask;
-  if (~local->mask != 0 && (host == 0 || host == ~local->mask)) {
+  if (isWholeSubnet(clientAddress, local->mask)) {
     return "The client address " + client +
            " stands for its whole subnet: choose a free address of a single computer there.";
   }

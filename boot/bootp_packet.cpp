@@ -42,10 +42,8 @@ bool beginsWith(std::span<const std::uint8_t> value, std::string_view lowerCaseW
 
 void noteVendorClass(std::span<const std::uint8_t> value, VendorClasses& found) {
   if (beginsWith(value, "pxeclient")) {
-    traceLine("got PXE reuqest!");
     found.pxe = true;
   } else if (beginsWith(value, "etherboot")) {
-    traceLine("got ETHERBOOT reuqest!");
     found.etherboot = true;
   }
 }

@@ -55,6 +55,8 @@ bool isAddressRequest(const BootpPacket& packet);
 struct VendorClasses {
   bool pxe = false;
   bool etherboot = false;
+
+  bool any() const { return pxe || etherboot; }
 };
 
 // Walks the options. Never reads outside the packet, whatever their lengths say.
@@ -66,6 +68,11 @@ struct BootpAnswer {
   // For a PXE client the name of its boot file, of which 128 bytes are used; for Etherboot null.
   const std::string* bootFileName = nullptr;
 };
+
+// An address request of a known vendor class.
+inline bool isFromBootFirmware(const BootpPacket& packet) {
+  return isAddressRequest(packet) && findVendorClasses(packet).any();
+}
 
 // Turns the request into its reply; what the answer does not name stays as the client sent it.
 void makeReply(BootpPacket& packet, const BootpAnswer& answer);

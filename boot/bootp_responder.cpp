@@ -20,9 +20,11 @@ BootpResponder::BootpResponder(std::string bootFileName, std::unique_ptr<UdpSock
 bool BootpResponder::isBootRequest(const BootpPacket& packet) {
   if (!isAddressRequest(packet)) return false;
   const VendorClasses found = findVendorClasses(packet);
+  if (found.pxe) traceLine("got PXE reuqest!");
+  if (found.etherboot) traceLine("got ETHERBOOT reuqest!");
   seen_.pxe |= found.pxe;
   seen_.etherboot |= found.etherboot;
-  return found.pxe || found.etherboot;
+  return found.any();
 }
 
 bool BootpResponder::reply(BootpPacket& packet, std::uint32_t clientAddress) {

@@ -16,9 +16,10 @@ constexpr const char* kBootFileName = "/image";
 constexpr int kIdleMs = 1000;
 constexpr Micros kRequestWait = kSecond;
 constexpr Micros kGlance = kMillisecond;
-// Of each glance at the BOOTP socket, so that a flood of them cannot hold up the client.
-constexpr int kMostPerGlance = 16;
-constexpr std::size_t kMostKept = 16;
+// Of each look at the BOOTP socket, so that a flood cannot hold up the client whose turn it is.
+constexpr int kMostPerLook = 64;
+// More than a socket holds of the smallest requests.
+constexpr int kMostForgotten = 10'000;
 
 constexpr std::array kPxeSequence{kNetworkBootProgramImage, kNetworkConfigurationImage,
                                   kKernelImage, kRamDiskImage};
@@ -64,18 +65,21 @@ class Pixie::Sequence {
     TftpServices tftp{services_.makeSocket,
                       [this] { return ports_.next(); },
                       [&](std::string_view fileName) {
-                        requested = true;
+                        requested = hasBegun_ = true;
                         if (watcher()) watcher()->imageRequested(number, fileName);
                       },
                       {}};
-    if (superseded) tftp.superseded = [&] { return isOver_ = superseded(); };
+    if (superseded) tftp.superseded = [&] { return isSuperseded_ = superseded(); };
+    tftp.clock = &services_.clock;
     const bool sent = serveImage(*listening_, image, clientAddress_, tftp);
     if (watcher() && sent) watcher()->imageSent(number, image.length);
-    if (watcher() && !sent && !isOver_) watcher()->gaveUp(number, requested);
+    if (watcher() && !sent && !isSuperseded_) watcher()->gaveUp(number, requested);
     return sent;
   }
 
-  bool isOver() const { return isOver_; }
+  bool isSuperseded() const { return isSuperseded_; }
+  // The client has asked for an image.
+  bool hasBegun() const { return hasBegun_; }
 
  private:
   BootWatcher* watcher() const { return services_.watcher; }
@@ -84,7 +88,8 @@ class Pixie::Sequence {
   TransferPorts& ports_;
   std::uint32_t clientAddress_;
   std::unique_ptr<UdpSocket> listening_;
-  bool isOver_ = false;
+  bool isSuperseded_ = false;
+  bool hasBegun_ = false;
 };
 
 Pixie::Pixie(int, PixieConfig stored, PixieServices services)
@@ -103,9 +108,8 @@ void Pixie::run() {
 
 bool Pixie::step(BootpResponder& responder) {
   if (stopEvent().wait(0)) return false;
-  takeConfiguration();
+  takeConfiguration(responder);
   if (!enabled_) {
-    kept_.clear();
     stopEvent().wait(kIdleMs);
     return true;
   }
@@ -113,95 +117,100 @@ bool Pixie::step(BootpResponder& responder) {
   return true;
 }
 
-void Pixie::takeConfiguration() {
+void Pixie::takeConfiguration(BootpResponder& responder) {
   if (!configurations_.notEmpty().wait(0)) return;
-  const auto config = configurations_.pop();
+  const auto config = configurations_.pop(kAccessTimeoutMs);
   if (!config) return;
+  if (!enabled_ && config->enabled) forgetRequests(responder);
   enabled_ = config->enabled;
   clientAddress_ = config->clientAddress;
   traceConfiguration("new conf: en:", enabled_, clientAddress_);
 }
 
 std::optional<BootpPacket> Pixie::awaitRequest(BootpResponder& responder) {
-  if (!kept_.empty()) {
-    const BootpPacket packet = kept_.front();
-    kept_.pop_front();
-    return packet;
+  const bool nobodyWaits = turns_.empty();
+  if (nobodyWaits && !responder.socket().waitReadable(kRequestWait, "select failed")) {
+    return std::nullopt;
   }
-  if (!responder.socket().waitReadable(kRequestWait, "select failed")) return std::nullopt;
-  return receiveRequest(responder);
+  gatherRequests(responder);
+  return turns_.take(services_.clock.now());
 }
 
-std::optional<BootpPacket> Pixie::receiveRequest(BootpResponder& responder) {
+// Of what a client has asked while others were served only the latest counts.
+void Pixie::gatherRequests(BootpResponder& responder) {
+  for (int i = 0; i < kMostPerLook; ++i) {
+    if (!responder.socket().waitReadable(kGlance, "select failed")) return;
+    BootpPacket packet;
+    UdpPeer from;
+    const std::size_t length = responder.socket().receiveFrom(packet.bytes, from, "recv failed");
+    traceLine("recv bytes:" + std::to_string(length));
+    if (isFromBootFirmware(packet)) {
+      turns_.add(packet);
+    } else {
+      traceLine("INVALID REQUEST");
+    }
+  }
+}
+
+// Whoever asked while the service was off has given up, or asks again.
+void Pixie::forgetRequests(BootpResponder& responder) {
+  turns_.clear();
   BootpPacket packet;
   UdpPeer from;
-  const std::size_t length = responder.socket().receiveFrom(packet.bytes, from, "recv failed");
-  traceLine("recv bytes:" + std::to_string(length));
-  if (responder.isBootRequest(packet)) return packet;
-  traceLine("INVALID REQUEST");
-  return std::nullopt;
+  for (int i = 0; i < kMostForgotten; ++i) {
+    if (!responder.socket().waitReadable(kGlance, "select failed")) return;
+    responder.socket().receiveFrom(packet.bytes, from, "recv failed");
+  }
 }
 
 void Pixie::answer(BootpResponder& responder, BootpPacket packet) {
   const MacAddress client = clientMac(packet);
   BootWatcher* const watcher = services_.watcher;
-  traceLine("REQ RECEIVED:");
   if (watcher && !watcher->mayBoot(client)) return;
+  if (!responder.isBootRequest(packet)) return;
+  traceLine("REQ RECEIVED:");
   if (!responder.reply(packet, clientAddress_)) {
     traceLine("FAILED TO REPLY");
     return;
   }
   if (watcher) watcher->answered(client);
-  serveImages(responder.pxeSeen(), [&] { return cameBack(responder, client); });
+  const bool begun = serveImages(responder.pxeSeen(), [&] { return cameBack(responder, client); });
+  if (begun) turns_.endTurn();
 }
 
 // While a client has fetched nothing yet it may ask again, as most boot firmware does before it
 // goes on: it then needs another reply. Requests of others wait for their turn.
 bool Pixie::cameBack(BootpResponder& responder, const MacAddress& client) {
   if (stopEvent().wait(0)) return true;
-  for (int i = 0; i < kMostPerGlance; ++i) {
-    if (!responder.socket().waitReadable(kGlance, "select failed")) return false;
-    const auto packet = receiveRequest(responder);
-    if (!packet) continue;
-    if (clientMac(*packet) == client) {
-      kept_.push_front(*packet);
-      return true;
-    }
-    keep(*packet);
-  }
-  return false;
+  gatherRequests(responder);
+  return turns_.has(client);
 }
 
-void Pixie::keep(const BootpPacket& packet) {
-  const MacAddress client = clientMac(packet);
-  const auto earlier = std::find_if(kept_.begin(), kept_.end(), [&](const BootpPacket& other) {
-    return clientMac(other) == client;
-  });
-  if (earlier != kept_.end()) {
-    *earlier = packet;
-  } else if (kept_.size() < kMostKept) {
-    kept_.push_back(packet);
-  }
-}
-
-void Pixie::serveImages(bool pxe, const std::function<bool()>& superseded) {
+bool Pixie::serveImages(bool pxe, const std::function<bool()>& superseded) {
   Sequence sequence(services_, ports_, clientAddress_);
-  bool sent = true;
-  if (pxe) {
-    for (const int number : kPxeSequence) {
-      const bool first = number == kPxeSequence.front();
-      if (!sequence.serve(number, services_.loadImage(number),
-                          first ? superseded : std::function<bool()>{})) {
-        return;
-      }
+  const bool allSent = pxe ? servePxe(sequence, superseded) : serveEtherboot(sequence, superseded);
+  if (allSent && services_.watcher) services_.watcher->allSent();
+  return sequence.hasBegun();
+}
+
+bool Pixie::servePxe(Sequence& sequence, const std::function<bool()>& superseded) {
+  for (const int number : kPxeSequence) {
+    const bool first = number == kPxeSequence.front();
+    if (!sequence.serve(number, services_.loadImage(number),
+                        first ? superseded : std::function<bool()>{})) {
+      return false;
     }
-  } else {
-    const auto image = assembleEtherbootImage(services_.loadImage);
-    sent = sequence.serve(kEtherbootImage, {image.data(), image.size()}, superseded);
-    if (sequence.isOver()) return;
   }
   traceLine("ALL DONE");
-  if (services_.watcher && sent) services_.watcher->allSent();
+  return true;
+}
+
+// With the one image all is done, however it went.
+bool Pixie::serveEtherboot(Sequence& sequence, const std::function<bool()>& superseded) {
+  const auto image = assembleEtherbootImage(services_.loadImage);
+  const bool sent = sequence.serve(kEtherbootImage, {image.data(), image.size()}, superseded);
+  if (!sequence.isSuperseded()) traceLine("ALL DONE");
+  return sent;
 }
 
 }  // namespace omniset

@@ -3,17 +3,18 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
 
 #include "boot/boot_images.h"
+#include "boot/boot_turns.h"
 #include "boot/bootp_packet.h"
 #include "boot/bootp_responder.h"
 #include "boot/local_address.h"
 #include "boot/tftp_transfer.h"
+#include "core/clock.h"
 #include "core/job.h"
 #include "core/locked_queue.h"
 #include "core/mac_address.h"
@@ -47,6 +48,7 @@ class BootWatcher {
 struct PixieServices {
   std::function<std::unique_ptr<UdpSocket>()> makeSocket;  // not yet open
   LocalAddresses& addresses;
+  const Clock& clock;
   std::function<BootImage(int number)> loadImage;
   std::function<int()> random;     // as rand()
   BootWatcher* watcher = nullptr;  // or nobody
@@ -75,21 +77,24 @@ class Pixie : public Code {
  private:
   class Sequence;
 
-  void takeConfiguration();
+  void takeConfiguration(BootpResponder& responder);
   std::optional<BootpPacket> awaitRequest(BootpResponder& responder);
-  std::optional<BootpPacket> receiveRequest(BootpResponder& responder);
+  void gatherRequests(BootpResponder& responder);
+  void forgetRequests(BootpResponder& responder);
   void answer(BootpResponder& responder, BootpPacket packet);
   bool cameBack(BootpResponder& responder, const MacAddress& client);
-  void keep(const BootpPacket& packet);
-  void serveImages(bool pxe, const std::function<bool()>& superseded);
+  // These serve the images to the client that was answered; true when it fetched something, and
+  // when it fetched all.
+  bool serveImages(bool pxe, const std::function<bool()>& superseded);
+  bool servePxe(Sequence& sequence, const std::function<bool()>& superseded);
+  bool serveEtherboot(Sequence& sequence, const std::function<bool()>& superseded);
 
   bool enabled_;
   std::uint32_t clientAddress_;
   PixieServices services_;
   TransferPorts ports_;
   LockedQueue<PixieConfig> configurations_;
-  // Requests that came while another client's first read request was awaited, one of each client.
-  std::deque<BootpPacket> kept_;
+  BootTurns turns_;
 };
 
 }  // namespace omniset

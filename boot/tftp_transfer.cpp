@@ -34,19 +34,22 @@ Wait waitOnce(UdpSocket& socket) {
   return socket.waitReadable(kPatience, "select failed") ? Wait::kReadable : Wait::kSilence;
 }
 
-Wait waitWithGlances(UdpSocket& socket, const std::function<bool()>& superseded) {
-  for (Micros waited = 0; waited < kPatience; waited += kGlance) {
-    if (socket.waitReadable(kGlance, "select failed")) return Wait::kReadable;
-    if (superseded()) return Wait::kSuperseded;
+Wait waitWithGlances(UdpSocket& socket, const TftpServices& services) {
+  const Micros end = services.clock->now() + kPatience;
+  for (Micros left = kPatience; left > 0; left = end - services.clock->now()) {
+    if (socket.waitReadable(std::min(left, kGlance), "select failed")) return Wait::kReadable;
+    if (services.superseded()) return Wait::kSuperseded;
   }
   return Wait::kSilence;
 }
 
+bool mayBeSuperseded(const TftpTransfer& transfer, const TftpServices& services) {
+  return transfer.state() == TftpTransfer::State::kAwaitingRequest && services.superseded;
+}
+
 Wait waitFor(TftpTransfer& transfer, const TftpServices& services) {
-  const bool glances =
-      transfer.state() == TftpTransfer::State::kAwaitingRequest && services.superseded;
-  return glances ? waitWithGlances(transfer.socket(), services.superseded)
-                 : waitOnce(transfer.socket());
+  return mayBeSuperseded(transfer, services) ? waitWithGlances(transfer.socket(), services)
+                                             : waitOnce(transfer.socket());
 }
 
 void receive(TftpTransfer& transfer) {
@@ -182,6 +185,8 @@ bool serveImage(UdpSocket& listening, BootImage image, std::uint32_t clientAddre
     switch (waitFor(transfer, services)) {
       case Wait::kReadable:
         receive(transfer);
+        // Datagrams that are no request may come faster than the glances.
+        if (mayBeSuperseded(transfer, services) && services.superseded()) return false;
         break;
       case Wait::kSilence:
         transfer.silence();

@@ -11,6 +11,7 @@
 
 #include "boot/boot_images.h"
 #include "boot/tftp_packet.h"
+#include "core/clock.h"
 #include "core/udp_socket.h"
 
 namespace omniset {
@@ -33,8 +34,10 @@ struct TftpServices {
   std::function<std::uint16_t()> nextPort;                 // for the transfer
   // Told the file name of the accepted request, whatever bytes it has; may be empty.
   std::function<void(std::string_view fileName)> requested;
-  // Asked several times a second while a request is awaited: true ends the transfer. May be empty.
+  // Asked several times a second while a request is awaited: true ends the transfer. May be empty;
+  // needs the clock.
   std::function<bool()> superseded;
+  const Clock* clock = nullptr;  // not owned
 };
 
 // One transfer, as a state machine: fed with datagrams and with seconds of silence, it sends the

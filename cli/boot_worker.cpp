@@ -27,7 +27,11 @@ PixieServices BootWorker::Job::services(const BootImageSource& images) {
             return std::make_unique<StoppableSocket>(makeUdpSocket(choice_.adapter.name),
                                                      stopEvent());
           },
-          addresses_, images, [this] { return static_cast<int>(random_() >> 1); }, &events_};
+          addresses_,
+          clock_,
+          images,
+          [this] { return static_cast<int>(random_() >> 1); },
+          &events_};
 }
 
 void BootWorker::Job::run() {

@@ -12,6 +12,7 @@
 #include "boot/pixie.h"
 #include "cli/adapter_choice.h"
 #include "cli/boot_events.h"
+#include "core/clock.h"
 #include "core/thread.h"
 #include "core/udp_socket.h"
 
@@ -55,6 +56,7 @@ class BootWorker {
 
     const AdapterChoice choice_;
     SystemLocalAddresses addresses_;
+    SystemClock clock_;
     BootEvents events_;
     std::mt19937 random_{std::random_device{}()};
   };

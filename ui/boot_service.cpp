@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "boot/boot_checks.h"
 #include "boot/boot_images.h"
 #include "core/trace.h"
 #include "core/udp_socket.h"
@@ -14,12 +15,15 @@ constexpr int kUnused = 0;
 }  // namespace
 
 PixieServices BootService::Services::services() {
-  return {[] { return makeUdpSocket(); }, addresses_, loadBootImage,
+  return {[] { return makeUdpSocket(); }, addresses_, clock_, loadBootImage,
           [this] { return static_cast<int>(random_() >> 1); }};
 }
 
 void BootService::Job::run() {
   try {
+    // The service itself would share its BOOTP port, and finds its TFTP port taken only when a
+    // client is there already.
+    tryBootPorts([] { return makeUdpSocket(); });
     Pixie::run();
   } catch (const std::exception& failure) {
     reason_ = failure.what();

@@ -7,6 +7,7 @@
 
 #include "boot/local_address.h"
 #include "boot/pixie.h"
+#include "core/clock.h"
 #include "core/thread.h"
 #include "ui/workflow/net_booting.h"
 
@@ -36,6 +37,7 @@ class BootService : public BootServiceRun {
 
    private:
     SystemLocalAddresses addresses_;
+    SystemClock clock_;
     std::mt19937 random_{std::random_device{}()};
   };
 

@@ -45,6 +45,20 @@ TEST(ClientAddressProblem, AnAdapterWithoutAnAddressIsNoSubnet) {
   EXPECT_THAT(problemOf(ipv4(172, 16, 0, 9), {{4, 0, 0, {}}, kRack}), HasSubstr("is on no subnet"));
 }
 
+TEST(ClientAddressProblem, AnAdapterWithoutAnAddressThatIsTakenFirstIsTold) {
+  EXPECT_THAT(problemOf(ipv4(192, 168, 88, 20), {{4, 0, 0, {}}, kRack}),
+              HasSubstr("disable the adapters that are not in use"));
+  EXPECT_EQ(problemOf(ipv4(192, 168, 88, 20), {kRack, {4, 0, 0, {}}}), "none");
+}
+
+TEST(ClientAddressProblem, OnASubnetOfTwoComputersBothAddressesAreComputers) {
+  const LocalAddress pair{3, ipv4(10, 9, 9, 1), ipv4(255, 255, 255, 254), {}};
+  EXPECT_EQ(problemOf(ipv4(10, 9, 9, 0), {pair}), "none");
+  const LocalAddress alone{3, ipv4(10, 9, 9, 1), ipv4(255, 255, 255, 255), {}};
+  EXPECT_THAT(problemOf(ipv4(10, 9, 9, 1), {alone}), HasSubstr("this computer's own"));
+  EXPECT_THAT(problemOf(ipv4(10, 9, 9, 2), {alone}), HasSubstr("is on no subnet"));
+}
+
 TEST(ClientAddressProblem, ThisComputersOwnAddressIsNotFree) {
   EXPECT_THAT(problemOf(ipv4(192, 168, 88, 5), {kRack}), HasSubstr("this computer's own"));
 }

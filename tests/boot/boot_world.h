@@ -60,12 +60,15 @@ class BootWorld {
   }
 
   PixieServices services() {
-    return {[this] { return network.makeSocket(); }, addresses,
+    return {[this] { return network.makeSocket(); },
+            addresses,
+            network.events(),
             [this](int number) {
               const auto& image = images.at(number);
               return BootImage{image.data(), image.size()};
             },
-            [this] { return static_cast<int>(random_.next() & 0x7FFFFFFF); }, &watcher};
+            [this] { return static_cast<int>(random_.next() & 0x7FFFFFFF); },
+            &watcher};
   }
 
   Pixie& start(PixieConfig config = {true, kClientAddress}) {

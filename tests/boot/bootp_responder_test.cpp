@@ -149,6 +149,9 @@ TEST_F(BootpResponderTest, AReplyThatCannotBeSentIsReportedAndTraced) {
   EXPECT_FALSE(responder.reply(packet, kClientAddress));
   EXPECT_THAT(trace_.text(), testing::EndsWith("sendto failed\n"));
   network_->failing.clear();
+  network_->mostSent = 244;
+  EXPECT_FALSE(responder.reply(packet, kClientAddress));
+  network_->mostSent = SIZE_MAX;
   packet = received(pxeRequest());
   EXPECT_TRUE(responder.reply(packet, kClientAddress));
 }

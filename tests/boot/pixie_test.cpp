@@ -215,6 +215,85 @@ TEST_F(PixieTest, ManyClientsAtOnceAllBootInTheEnd) {
   for (const BootClient& client : clients) EXPECT_EQ(client.files(), world_.pxeImages());
 }
 
+// Its firmware may refuse a reply without leases, or a firewall keep it from the images.
+TEST_F(PixieTest, AClientThatOnlyAsksDoesNotKeepOthersFromBooting) {
+  for (const Micros pause : {kSecond / 2, 5 * kSecond, 19 * kSecond, 25 * kSecond}) {
+    BootWorld world;
+    world.start();
+    const auto every = [&](auto self) -> void {
+      world.network.sendToService(pxeRequest(kOtherMac), 68, 67);
+      world.network.events().after(pause, [self] { self(self); });
+    };
+    every(every);
+    BootClient::Plan plan = BootWorld::pxePlan();
+    plan.lives = 3;
+    BootClient client(world.network, plan);
+    world.network.events().after(10 * kSecond, [&] { client.start(); });
+    world.run(180 * kSecond);
+    EXPECT_EQ(client.files(), world.pxeImages()) << pause;
+  }
+}
+
+// The requests of others wait, whatever they are, without a word about them.
+TEST_F(PixieTest, AWaitingEtherbootClientIsNotTakenForTheKindOfOthersThatAsk) {
+  world_.start();
+  send(etherbootRequest(), 67, 0);
+  send(pxeRequest(kOtherMac), 67, kSecond);
+  send(etherbootRequest(), 67, 2 * kSecond);
+  send(readRequest("own"), 69, 3 * kSecond);
+  world_.run(4 * kSecond);
+  EXPECT_THAT(world_.watcher.events, testing::Contains("127 for own"));
+}
+
+TEST_F(PixieTest, ARefusedClientDoesNotChangeWhatOthersGet) {
+  world_.start();
+  world_.watcher.refused.insert(kOtherMac);
+  send(pxeRequest(kOtherMac), 67, 0);
+  send(etherbootRequest(), 67, 2 * kSecond);
+  send(readRequest("own"), 69, 3 * kSecond);
+  world_.run(4 * kSecond);
+  EXPECT_THAT(world_.watcher.events, testing::Contains("127 for own"));
+}
+
+TEST_F(PixieTest, OfAClientThatAskedOftenWhileAnotherWasServedTheLatestRequestIsAnswered) {
+  world_.setImage(kKernelImage, 512);
+  world_.start();
+  send(pxeRequest(), 67, 0);
+  send(readRequest("/image"), 69, 100 * kMillisecond);
+  for (std::uint8_t i = 1; i <= 5; ++i) {
+    Bytes request = pxeRequest(kOtherMac);
+    request[7] = i;
+    send(request, 67, i * 200 * kMillisecond);
+  }
+  world_.run(10 * kSecond);
+  ASSERT_EQ(repliesSent(), 2u);
+  EXPECT_EQ(world_.network.sent().back().bytes[7], 5);
+}
+
+TEST_F(PixieTest, ASupersededEtherbootSequenceIsNotCalledDone) {
+  world_.start();
+  send(etherbootRequest(), 67, 0);
+  send(etherbootRequest(), 67, kSecond);
+  world_.run(3 * kSecond);
+  EXPECT_EQ(repliesSent(), 2u);
+  EXPECT_THAT(trace_.text(), Not(HasSubstr("ALL DONE")));
+  EXPECT_THAT(world_.watcher.events,
+              ElementsAre("answered 02:00:00:00:00:0A", "answered 02:00:00:00:00:0A"));
+}
+
+TEST_F(PixieTest, NoiseOnTheTftpPortHidesNeitherARequestNorTheStop) {
+  world_.start();
+  send(pxeRequest(), 67, 0);
+  for (int i = 0; i < 30'000; ++i) send(Bytes{0}, 69, i * 40 * kMillisecond);
+  BootClient::Plan plan = BootWorld::pxePlan(kOtherMac);
+  plan.lives = 5;
+  BootClient client(world_.network, plan);
+  bootAt(client, kSecond);
+  const Micros before = world_.network.events().now();
+  world_.run(100 * kSecond);
+  EXPECT_LE(world_.network.events().now() - before, 101 * kSecond);
+}
+
 TEST_F(PixieTest, AfterAPxeClientAnEtherbootClientIsServedAsOne) {
   world_.start();
   BootClient pxe(world_.network, BootWorld::pxePlan());
@@ -303,9 +382,23 @@ TEST_F(PixieTest, DisabledItSendsNothingUntilAConfigurationEnablesIt) {
   EXPECT_TRUE(world_.service->step(responder));  // a second of doing nothing
   EXPECT_THAT(world_.network.sent(), IsEmpty());
   world_.service->configure({true, BootWorld::kClientAddress});
+  send(pxeRequest(), 67, kSecond / 2);
   EXPECT_TRUE(world_.service->step(responder));
   EXPECT_THAT(trace_.text(), HasSubstr("new conf: en:1, addr:192.168.88.20\n"));
   EXPECT_EQ(repliesSent(), 1u);
+}
+
+// They have given up, or ask again: each would be waited for in vain.
+TEST_F(PixieTest, WhoAskedWhileItWasDisabledIsNotAnsweredLater) {
+  world_.start({true, BootWorld::kClientAddress});
+  BootpResponder responder("/image", world_.network.makeSocket(), world_.addresses);
+  world_.service->configure({false, BootWorld::kClientAddress});
+  EXPECT_TRUE(world_.service->step(responder));
+  for (std::uint8_t i = 0; i < 30; ++i) send(pxeRequest({{2, 0, 0, 0, 4, i}}), 67, 0);
+  send(pxeRequest(), 67, 0);
+  world_.service->configure({true, BootWorld::kClientAddress});
+  EXPECT_TRUE(world_.service->step(responder));
+  EXPECT_EQ(repliesSent(), 0u);
 }
 
 TEST_F(PixieTest, EachRoundTakesOneConfiguration) {
@@ -357,6 +450,18 @@ TEST_F(PixieTest, AStopRequestTakesEffectAfterTheImagesAreServed) {
   const Micros before = world_.network.events().now();
   world_.run(2 * kSecond);
   EXPECT_EQ(world_.network.events().now() - before, 6 * kSecond + 50);
+}
+
+TEST_F(PixieTest, WithoutTheAddressesOfThisComputerItEnds) {
+  class NoTable : public LocalAddresses {
+   public:
+    std::vector<LocalAddress> list() override { throw Error("GetIpAddrTable"); }
+  } none;
+  PixieServices services = world_.services();
+  Pixie service(0, {true, BootWorld::kClientAddress},
+                {services.makeSocket, none, services.clock, services.loadImage, services.random});
+  send(pxeRequest(), 67, 0);
+  EXPECT_THAT(raisedText<Error>([&] { service.run(); }), StartsWith("GetIpAddrTable"));
 }
 
 TEST_F(PixieTest, ATakenPortEndsIt) {

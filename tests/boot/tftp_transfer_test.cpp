@@ -287,6 +287,31 @@ TEST_F(TftpTransferTest, WhatCannotBeSentIsTracedAndSentAgainAfterASecond) {
   EXPECT_EQ(sentOne(), block(1));
 }
 
+TEST_F(TftpTransferTest, WhatIsSentInPartIsTraced) {
+  TftpTransfer transfer = begin(1000);
+  transferNetwork_->mostSent = 100;
+  feed(transfer, readRequest("f"));
+  EXPECT_THAT(trace_.text(), testing::EndsWith("sendto failed\n"));
+}
+
+TEST_F(TftpTransferTest, NoMoreThanEightPortsAreTried) {
+  transferNetwork_->failing = "bind";
+  TftpTransfer transfer = begin(1000);
+  EXPECT_THROW(feed(transfer, readRequest("f")), SocketExc);
+  EXPECT_EQ(std::count(transferNetwork_->calls.begin(), transferNetwork_->calls.end(), "open"), 8);
+}
+
+TEST_F(TftpTransferTest, OurBlockIsTracedWithAllItsBits) {
+  TftpTransfer transfer = begin(65'537 * 512 + 1);
+  feed(transfer, readRequest("f"));
+  for (std::uint32_t number = 1; number <= 65'536; ++number) {
+    feed(transfer, acknowledgement(static_cast<std::uint16_t>(number)));
+  }
+  trace_.clear();
+  feed(transfer, acknowledgement(7));
+  EXPECT_EQ(trace_.text(), "recv ack:7, our:10001\nbad ack\n");
+}
+
 TEST_F(TftpTransferTest, ASocketThatCannotBeHadEndsTheService) {
   transferNetwork_->failing = "open";
   TftpTransfer first = begin(1000);
@@ -321,7 +346,10 @@ TEST_F(TftpTransferTest, TheFileNameIsToldAfterTheAnswerIsOut) {
 
 class ServeImageTest : public TftpTransferTest {
  protected:
-  ServeImageTest() { listeningNetwork_->clock = transferNetwork_->clock = &clock_; }
+  ServeImageTest() {
+    listeningNetwork_->clock = transferNetwork_->clock = &clock_;
+    services_.clock = &clock_;
+  }
 
   bool serve() {
     return serveImage(listening_, {content_.data(), content_.size()}, kClientAddress, services_);
@@ -355,15 +383,65 @@ TEST_F(ServeImageTest, FiveSecondsOfSilenceWithinTheImageEndIt) {
   EXPECT_EQ(transferNetwork_->sent.size(), 5u);
 }
 
-TEST_F(ServeImageTest, ALongDatagramIsCutAndDoesNoHarm) {
+// 256 bytes of a datagram are looked at.
+TEST_F(ServeImageTest, AnOptionThatEndsWithThoseBytesCounts) {
+  content_ = imageOf(10);
+  const std::size_t name = 256 - 2 - 1 - 6 - 6;  // opcode, zero, "octet", "tsize"
+  listeningNetwork_->deliver(readRequest(std::string(name, 'n'),
+                                         "tsize\0"s
+                                         "0\0"s),
+                             kClientPort);
+  transferNetwork_->deliver(acknowledgement(0), kClientPort);
+  EXPECT_TRUE(serve());
+  EXPECT_EQ(takeSent().at(0).bytes, bytesOf("\0\6tsize\0"s
+                                            "10\0"s));
+}
+
+TEST_F(ServeImageTest, AnOptionBehindThoseBytesDoesNot) {
   content_ = imageOf(10);
   listeningNetwork_->deliver(Bytes(2000, 0xFF), kClientPort);
-  listeningNetwork_->deliver(readRequest(std::string(2000, 'n'),
+  const std::size_t name = 256 - 2 - 1 - 6;
+  listeningNetwork_->deliver(readRequest(std::string(name, 'n'),
                                          "tsize\0"s
                                          "0\0"s),
                              kClientPort);
   EXPECT_TRUE(serve());
-  EXPECT_EQ(sentOne(), block(1));  // the option was behind the 256 bytes that are looked at
+  EXPECT_EQ(sentOne(), block(1));
+}
+
+// As a report that an earlier datagram met a closed port.
+TEST_F(ServeImageTest, WhatIsNoDatagramIsNoSignOfLife) {
+  content_ = imageOf(1000);
+  listeningNetwork_->deliver(readRequest("f"), kClientPort);
+  for (int i = 0; i < 3; ++i) transferNetwork_->toReceive.push_back({});
+  const Micros before = clock_.now();
+  EXPECT_FALSE(serve());
+  EXPECT_EQ(clock_.now() - before, 5 * kSecond);
+  EXPECT_EQ(trace_.text().find("bad ack"), std::string::npos);
+}
+
+TEST_F(ServeImageTest, ASupersededWaitEndsAlsoWhileOtherDatagramsCome) {
+  services_.superseded = [] { return true; };
+  for (int i = 0; i < 100; ++i) listeningNetwork_->deliver(Bytes{0}, kClientPort);
+  EXPECT_FALSE(serve());
+  EXPECT_EQ(listeningNetwork_->toReceive.size(), 99u);
+}
+
+TEST_F(ServeImageTest, ARequestThatHasComeIsServedRatherThanSuperseded) {
+  content_ = imageOf(10);
+  services_.superseded = [] { return true; };
+  listeningNetwork_->deliver(readRequest("f"), kClientPort);
+  EXPECT_TRUE(serve());
+}
+
+TEST_F(ServeImageTest, LookingForOtherRequestsDoesNotStretchTheWait) {
+  services_.superseded = [this] {
+    clock_.advance(15 * kMillisecond);
+    return false;
+  };
+  const Micros before = clock_.now();
+  EXPECT_FALSE(serve());
+  EXPECT_LT(clock_.now() - before, 20 * kSecond + 400 * kMillisecond);
 }
 
 TEST_F(ServeImageTest, FailuresOfTheSocketHaveTheirTexts) {

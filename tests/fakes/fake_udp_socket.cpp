@@ -39,7 +39,7 @@ std::size_t FakeUdpSocket::sendTo(std::span<const std::uint8_t> bytes, const Udp
                                   const char* failure) {
   failIf("sendTo", failure);
   network_->sent.push_back({{bytes.begin(), bytes.end()}, to});
-  return bytes.size();
+  return std::min(bytes.size(), network_->mostSent);
 }
 
 bool FakeUdpSocket::waitReadable(Micros timeout, const char* failure) {

@@ -22,8 +22,9 @@ struct FakeNetwork {
                                    // in order
   std::deque<Datagram> toReceive;
   std::vector<Datagram> sent;
-  std::vector<Micros> waits;  // the timeouts of the waits
-  std::string failing;        // the operation of this name raises SocketExc
+  std::vector<Micros> waits;        // the timeouts of the waits
+  std::string failing;              // the operation of this name raises SocketExc
+  std::size_t mostSent = SIZE_MAX;  // bytes of a datagram that go out
   // Moved by the timeout of a wait that finds nothing to receive; may be null.
   FakeClock* clock = nullptr;
 

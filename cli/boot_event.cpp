@@ -23,6 +23,11 @@ bool isFirstImage(int number) {
 
 std::string gaveUpText(const BootEvent& event) {
   const std::string name = bootImageName(event.image);
+  if (event.requested && isFirstImage(event.image)) {
+    return "fell silent while it got the " + name +
+           ": check the cable, and that no firewall keeps it from the UDP ports from 32768 on of "
+           "this computer; it may boot again";
+  }
   if (event.requested) return "fell silent while it got the " + name + "; it may boot again";
   if (!isFirstImage(event.image)) return "did not ask for the " + name + "; it may boot again";
   return "fetched nothing: check that no firewall keeps it from UDP port 69 of this computer, and "

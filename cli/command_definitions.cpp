@@ -163,7 +163,7 @@ CLI::App* addBoot(CLI::App& app, WrittenArguments& w) {
   addText(*command, "--interface", w.interfaceName, "IF",
           "Network adapter on which the PCs are, by name.\n"
           "Without it that on whose subnet the address is;\n"
-          "on Windows the system always finds that one");
+          "on Windows the system chooses it");
   addCommon(*command, w);
   command->footer(kBootExample);
   return command;

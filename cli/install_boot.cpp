@@ -6,9 +6,10 @@
 namespace omniset {
 
 InstallBoot::InstallBoot(const InstallOptions& options, const AdapterChoice& choice,
-                         const BootImageSource& images)
+                         const BootImageSource& images, const Clock& clock)
     : json_(options.json),
-      choice_(std::make_shared<BootChoice>(options.choice, options.routers, options.count)),
+      choice_(std::make_shared<BootChoice>(options.choice, options.routers, options.count, clock,
+                                           clock.now() + options.wait)),
       worker_({choice, options.bootAddress, images,
                [asked = choice_](const MacAddress& client) { return asked->refusal(client); }}) {}
 

@@ -13,9 +13,9 @@ namespace omniset {
 
 class InstallBoot {
  public:
-  // As BootWorker.
+  // As BootWorker. The clock outlives this.
   InstallBoot(const InstallOptions& options, const AdapterChoice& choice,
-              const BootImageSource& images);
+              const BootImageSource& images, const Clock& clock);
 
   // To be told of the installation's run.
   InstallListener& listener() { return *choice_; }

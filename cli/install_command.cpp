@@ -149,7 +149,7 @@ int runInstall(const InstallOptions& options, bool trace, const Console& console
   InstallerWorker worker(choice);
   std::optional<InstallBoot> boot;
   if (options.bootAddress != 0) {
-    boot.emplace(options, choice, images);
+    boot.emplace(options, choice, images, worker.clock());
     console.err << bootSentence(choice, options.bootAddress) + " Power them on now.\n";
   }
   console.err << startSentence(options, plan, choice.shownName) << std::endl;

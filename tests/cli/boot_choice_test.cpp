@@ -4,6 +4,8 @@
 
 #include <thread>
 
+#include "tests/fakes/fake_clock.h"
+
 namespace omniset::test {
 
 namespace {
@@ -12,16 +14,27 @@ MacAddress pc(std::uint8_t number) {
   return {{2, 0, 0, 0, 1, number}};
 }
 
+constexpr Micros kWait = 600 * kSecond;
+
+class BootChoiceTest : public testing::Test {
+ protected:
+  BootChoice make(RouterChoice choice, const std::vector<MacAddress>& named, std::size_t count) {
+    return {choice, named, count, clock_, clock_.now() + kWait};
+  }
+
+  FakeClock clock_;
+};
+
 }  // namespace
 
-TEST(BootChoice, EverybodyBootsWhenAllAreWanted) {
-  const BootChoice choice(RouterChoice::kAll, {}, 0);
+TEST_F(BootChoiceTest, EverybodyBootsWhenAllAreWanted) {
+  BootChoice choice = make(RouterChoice::kAll, {}, 0);
   EXPECT_EQ(choice.refusal(pc(1)), "");
   EXPECT_EQ(choice.refusal(pc(2)), "");
 }
 
-TEST(BootChoice, InstalledPcIsNotBootedAgain) {
-  BootChoice choice(RouterChoice::kAll, {}, 0);
+TEST_F(BootChoiceTest, InstalledPcIsNotBootedAgain) {
+  BootChoice choice = make(RouterChoice::kAll, {}, 0);
   choice.routerSeen(pc(1), "");
   EXPECT_EQ(choice.refusal(pc(1)), "");
   choice.routerDone(pc(1), true, "finished");
@@ -29,15 +42,15 @@ TEST(BootChoice, InstalledPcIsNotBootedAgain) {
   EXPECT_EQ(choice.refusal(pc(2)), "");
 }
 
-TEST(BootChoice, FailedPcMayBootAgain) {
-  BootChoice choice(RouterChoice::kFirst, {}, 1);
+TEST_F(BootChoiceTest, FailedPcMayBootAgain) {
+  BootChoice choice = make(RouterChoice::kFirst, {}, 1);
   choice.routerSeen(pc(1), "");
   choice.routerDone(pc(1), false, "Connection timeout");
   EXPECT_EQ(choice.refusal(pc(1)), "");
 }
 
-TEST(BootChoice, OnlyNamedPcsBoot) {
-  BootChoice choice(RouterChoice::kNamed, {pc(1), pc(2)}, 0);
+TEST_F(BootChoiceTest, OnlyNamedPcsBoot) {
+  BootChoice choice = make(RouterChoice::kNamed, {pc(1), pc(2)}, 0);
   EXPECT_EQ(choice.refusal(pc(1)), "");
   EXPECT_EQ(choice.refusal(pc(2)), "");
   EXPECT_EQ(choice.refusal(pc(3)), "it is not among the routers of --router");
@@ -45,10 +58,10 @@ TEST(BootChoice, OnlyNamedPcsBoot) {
   EXPECT_EQ(choice.refusal(pc(1)), "it has been installed");
 }
 
-TEST(BootChoice, OnceTheFirstHaveBegunOnlyTheyBoot) {
-  BootChoice choice(RouterChoice::kFirst, {}, 2);
+TEST_F(BootChoiceTest, OnceTheFirstHaveBegunOnlyTheyBoot) {
+  BootChoice choice = make(RouterChoice::kFirst, {}, 2);
   choice.routerSeen(pc(1), "");
-  EXPECT_EQ(choice.refusal(pc(3)), "");
+  EXPECT_EQ(choice.refusal(pc(2)), "");
   choice.routerSeen(pc(2), "");
   EXPECT_EQ(choice.refusal(pc(3)), "as many routers as --first asks for have begun");
   EXPECT_EQ(choice.refusal(pc(1)), "");
@@ -57,8 +70,36 @@ TEST(BootChoice, OnceTheFirstHaveBegunOnlyTheyBoot) {
   EXPECT_EQ(choice.refusal(pc(2)), "it has been installed");
 }
 
-TEST(BootChoice, AnotherThreadMayAskWhileTheRunGoesOn) {
-  BootChoice choice(RouterChoice::kFirst, {}, 200);
+TEST_F(BootChoiceTest, PcsThatAreBootingCountToo) {
+  BootChoice choice = make(RouterChoice::kFirst, {}, 2);
+  EXPECT_EQ(choice.refusal(pc(1)), "");
+  EXPECT_EQ(choice.refusal(pc(2)), "");
+  EXPECT_EQ(choice.refusal(pc(3)), "as many routers as --first asks for have begun");
+  EXPECT_EQ(choice.refusal(pc(1)), "");
+  choice.routerSeen(pc(1), "");
+  EXPECT_EQ(choice.refusal(pc(3)), "as many routers as --first asks for have begun");
+}
+
+TEST_F(BootChoiceTest, APcThatDoesNotArriveMakesRoomForAnother) {
+  BootChoice choice = make(RouterChoice::kFirst, {}, 1);
+  EXPECT_EQ(choice.refusal(pc(1)), "");
+  clock_.advance(BootChoice::kLongestBoot - 1);
+  EXPECT_NE(choice.refusal(pc(2)), "");
+  clock_.advance(1);
+  EXPECT_EQ(choice.refusal(pc(2)), "");
+  EXPECT_NE(choice.refusal(pc(1)), "");
+}
+
+TEST_F(BootChoiceTest, AfterTheWaitOnlyThoseThatHaveBegunBoot) {
+  BootChoice choice = make(RouterChoice::kAll, {}, 0);
+  choice.routerSeen(pc(1), "");
+  clock_.advance(kWait);
+  EXPECT_EQ(choice.refusal(pc(1)), "");
+  EXPECT_EQ(choice.refusal(pc(2)), "the time that --wait gives is over");
+}
+
+TEST_F(BootChoiceTest, AnotherThreadMayAskWhileTheRunGoesOn) {
+  BootChoice choice = make(RouterChoice::kFirst, {}, 200);
   std::size_t refusals = 0;
   std::thread asking([&] {
     for (int i = 0; i < 20'000; ++i) {

@@ -323,10 +323,10 @@ TEST_F(NetBooting, ATakenPortIsNotToldUntilTheServiceIsEnabled) {
 }
 
 TEST_F(NetBooting, ATakenPortIsNotToldWhileADialogIsOpen) {
-  auto occupant = std::make_unique<UdpPort>(69);
   startWindow();
   enable();
   AskingPc client;
+  auto occupant = std::make_unique<UdpPort>(69);
   DrivenDialog dialog = openDialog();
   client.askUntilAnswered();
   awaitTicks();
@@ -340,6 +340,13 @@ TEST_F(NetBooting, ATakenPortIsNotToldWhileADialogIsOpen) {
   client.askUntilAnswered();
   awaitTicks();
   EXPECT_TRUE(window().hasOnlyMainWindow());
+}
+
+TEST_F(NetBooting, ATakenTftpPortIsToldAtOnce) {
+  const UdpPort occupant(69);
+  startWindow();
+  enable();
+  expectFailureIsTold();
 }
 
 }  // namespace

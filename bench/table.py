@@ -1,9 +1,9 @@
 """Prints the table of a run from its results; bench/run calls it.
 
-Usage: table.py TRANSFERS WINDOW MICRO
+Usage: table.py TRANSFERS TFTP WINDOW MICRO
 TRANSFERS has lines "bare PLACE RATE", "link PLACE TARGETS RATE INSTALLER_KIB AGENT_KIB" and, with a
 switch on the way, "switched" with the same words, "pc CARD RATE" and "announced CARD SECONDS" (rates
-in MB/s), WINDOW those that bench/window/window_bench.h describes, MICRO is the JSON of Google Benchmark
+in MB/s), TFTP those that bench/tftp/run describes, WINDOW those that bench/window/window_bench.h describes, MICRO is the JSON of Google Benchmark
 with medians. All figures shown are medians, but for those of the longest click.
 """
 
@@ -45,6 +45,31 @@ class Transfers:
 
     def agent_per_session(self):
         return self.per_session(5)
+
+
+class Tftp:
+    OWN = "omniset"
+    BARE = "bare"
+    OTHERS = ("dnsmasq", "tftpd-hpa", "atftpd")
+
+    def __init__(self, path):
+        with open(path, encoding="utf-8") as lines:
+            self.rows = [line.split() for line in lines]
+
+    def _all(self, server, client, place, column):
+        return [float(r[column]) for r in self.rows if r[:3] == [server, client, place]]
+
+    def rates(self, server, client, place):
+        return self._all(server, client, place, 3)
+
+    def processor_times(self, server, client, place):
+        return self._all(server, client, place, 4)
+
+    def rate(self, *what):
+        return statistics.median(self.rates(*what))
+
+    def processor_time(self, *what):
+        return statistics.median(self.processor_times(*what))
 
 
 class Window:
@@ -105,6 +130,46 @@ def pc_rows(t):
     return rows
 
 
+TFTP_CASES = (("own", "together", "own client, one processor for both"),
+              ("own", "apart", "own client, a processor for each side"),
+              ("curl", "together", "curl, one processor for both"))
+
+
+def tftp_rows(t):
+    rows = []
+    for client, place, words in TFTP_CASES:
+        where = (client, place)
+        own = t.rate(t.OWN, *where)
+        fastest = max(t.OTHERS, key=lambda other: t.rate(other, *where))
+        rows.append(row(f"TFTP, {words}", own, "MB/s", t.rate(fastest, *where), fastest,
+                        at_least=1))
+        if client == "own":
+            rows.append(row(f"TFTP, {words}", own, "MB/s", t.rate(t.BARE, *where),
+                            "bare exchange", at_least=0.9))
+    for client, place, words in TFTP_CASES:
+        where = (client, place)
+        thriftiest = min(t.OTHERS, key=lambda other: t.processor_time(other, *where))
+        rows.append(row(f"TFTP server's processor time per MB, {words}",
+                        t.processor_time(t.OWN, *where), "ms",
+                        t.processor_time(thriftiest, *where), thriftiest))
+    return rows
+
+
+def spread(values):
+    return f"{statistics.median(values):.3g} ({min(values):.3g} to {max(values):.3g})"
+
+
+def tftp_spread_rows(t):
+    rows = [("TFTP server", "client", "MB/s", "ms of the server's processor time per MB")]
+    for client, place, words in TFTP_CASES:
+        for server in (t.OWN, *t.OTHERS, t.BARE):
+            rates = t.rates(server, client, place)
+            if rates:
+                times = t.processor_times(server, client, place)
+                rows.append((server, words, spread(rates), spread(times)))
+    return rows
+
+
 def window_rows(w):
     rows = [row("start to visible window", w.median("start omniset"), "ms",
                 w.median("start empty"), "empty dialog", at_most=3)]
@@ -150,7 +215,7 @@ def micro_rows(path):
 
 
 def print_table(rows):
-    widths = [max(len(r[i]) for r in rows) for i in range(len(HEADING))]
+    widths = [max(len(r[i]) for r in rows) for i in range(len(rows[0]))]
     for number, cells in enumerate(rows):
         print("| " + " | ".join(c.ljust(w) for c, w in zip(cells, widths)) + " |")
         if number == 0:
@@ -158,10 +223,13 @@ def print_table(rows):
 
 
 def main():
-    transfers, window, micro = sys.argv[1:]
+    transfers, tftp, window, micro = sys.argv[1:]
     measured = Transfers(transfers)
-    print_table([HEADING] + transfer_rows(measured) + pc_rows(measured) +
+    served = Tftp(tftp)
+    print_table([HEADING] + transfer_rows(measured) + pc_rows(measured) + tftp_rows(served) +
                 window_rows(Window(window)) + micro_rows(micro))
+    print()
+    print_table(tftp_spread_rows(served))
     print(f"\nMedians; {os.cpu_count()} processors; 1 MB/s is 1,000,000 bytes of files in a second.")
 
 

@@ -28,37 +28,36 @@ void traceClientError(const TftpError& error) {
   traceLine((text.empty() ? "- " : std::string(text) + ": ") + shownText(error.message));
 }
 
-enum class Wait { kReadable, kSilence, kSuperseded };
+enum class Heard { kDatagram, kSilence, kSuperseded };
 
-Wait waitOnce(UdpSocket& socket) {
-  return socket.waitReadable(kPatience, "select failed") ? Wait::kReadable : Wait::kSilence;
+// False when nothing came within `patience`.
+bool receiveOnce(TftpTransfer& transfer, Micros patience) {
+  std::array<std::uint8_t, kReceiveLength> buffer;
+  UdpPeer from;
+  const auto length =
+      transfer.socket().receiveWithin(patience, buffer, from, "select failed", "recvfrom failed");
+  if (!length) return false;
+  // News of an earlier datagram's fate is no sign of life.
+  if (*length != 0 || from.port != 0) transfer.received(std::span(buffer).first(*length), from);
+  return true;
 }
 
-Wait waitWithGlances(UdpSocket& socket, const TftpServices& services) {
+Heard receiveWithGlances(TftpTransfer& transfer, const TftpServices& services) {
   const Micros end = services.clock->now() + kPatience;
   for (Micros left = kPatience; left > 0; left = end - services.clock->now()) {
-    if (socket.waitReadable(std::min(left, kGlance), "select failed")) return Wait::kReadable;
-    if (services.superseded()) return Wait::kSuperseded;
+    if (receiveOnce(transfer, std::min(left, kGlance))) return Heard::kDatagram;
+    if (services.superseded()) return Heard::kSuperseded;
   }
-  return Wait::kSilence;
+  return Heard::kSilence;
 }
 
 bool mayBeSuperseded(const TftpTransfer& transfer, const TftpServices& services) {
   return transfer.state() == TftpTransfer::State::kAwaitingRequest && services.superseded;
 }
 
-Wait waitFor(TftpTransfer& transfer, const TftpServices& services) {
-  return mayBeSuperseded(transfer, services) ? waitWithGlances(transfer.socket(), services)
-                                             : waitOnce(transfer.socket());
-}
-
-void receive(TftpTransfer& transfer) {
-  std::array<std::uint8_t, kReceiveLength> buffer;
-  UdpPeer from;
-  const std::size_t length = transfer.socket().receiveFrom(buffer, from, "recvfrom failed");
-  // News of an earlier datagram's fate is no sign of life.
-  if (length == 0 && from.port == 0) return;
-  transfer.received(std::span(buffer).first(length), from);
+Heard receive(TftpTransfer& transfer, const TftpServices& services) {
+  if (mayBeSuperseded(transfer, services)) return receiveWithGlances(transfer, services);
+  return receiveOnce(transfer, kPatience) ? Heard::kDatagram : Heard::kSilence;
 }
 
 }  // namespace
@@ -182,16 +181,15 @@ bool serveImage(UdpSocket& listening, BootImage image, std::uint32_t clientAddre
   using State = TftpTransfer::State;
   TftpTransfer transfer(listening, image, clientAddress, services);
   while (transfer.state() != State::kSent && transfer.state() != State::kTimedOut) {
-    switch (waitFor(transfer, services)) {
-      case Wait::kReadable:
-        receive(transfer);
+    switch (receive(transfer, services)) {
+      case Heard::kDatagram:
         // Datagrams that are no request may come faster than the glances.
         if (mayBeSuperseded(transfer, services) && services.superseded()) return false;
         break;
-      case Wait::kSilence:
+      case Heard::kSilence:
         transfer.silence();
         break;
-      case Wait::kSuperseded:
+      case Heard::kSuperseded:
         return false;
     }
   }

@@ -36,6 +36,12 @@ class StoppableSocket : public UdpSocket {
                           const char* failure) override {
     return socket_->receiveFrom(buffer, from, failure);
   }
+  std::optional<std::size_t> receiveWithin(Micros timeout, std::span<std::uint8_t> buffer,
+                                           UdpPeer& from, const char* waitFailure,
+                                           const char* receiveFailure) override {
+    if (stopEvent_.wait(0)) throw StopRequested();
+    return socket_->receiveWithin(timeout, buffer, from, waitFailure, receiveFailure);
+  }
 
  private:
   std::unique_ptr<UdpSocket> socket_;

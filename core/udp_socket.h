@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -40,6 +41,14 @@ class UdpSocket {
   // `from` as it was.
   virtual std::size_t receiveFrom(std::span<std::uint8_t> buffer, UdpPeer& from,
                                   const char* failure) = 0;
+  // Waits for a datagram and receives it: waitReadable and receiveFrom in one, with fewer calls of
+  // the system where it has a receive that ends in time. Nothing when waitReadable would be false.
+  virtual std::optional<std::size_t> receiveWithin(Micros timeout, std::span<std::uint8_t> buffer,
+                                                   UdpPeer& from, const char* waitFailure,
+                                                   const char* receiveFailure) {
+    if (!waitReadable(timeout, waitFailure)) return std::nullopt;
+    return receiveFrom(buffer, from, receiveFailure);
+  }
 };
 
 // A socket of the system, not yet open. A non-empty interface name ties it to that network

@@ -4,6 +4,7 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -83,7 +84,33 @@ class PosixUdpSocket : public UdpSocket {
     return static_cast<std::size_t>(received);
   }
 
+  std::optional<std::size_t> receiveWithin(Micros timeout, std::span<std::uint8_t> buffer,
+                                           UdpPeer& from, const char* waitFailure,
+                                           const char* receiveFailure) override {
+    limitReceiving(timeout, waitFailure);
+    sockaddr_in address{};
+    socklen_t length = sizeof address;
+    const ssize_t received = recvfrom(socket_, buffer.data(), buffer.size(), 0,
+                                      reinterpret_cast<sockaddr*>(&address), &length);
+    if (received < 0 && (errno == EAGAIN || errno == EINTR)) return std::nullopt;
+    if (received < 0 && errno == ECONNREFUSED) return 0;
+    if (received < 0) throw SocketExc(receiveFailure);
+    from = {address.sin_addr.s_addr, ntohs(address.sin_port)};
+    return static_cast<std::size_t>(received);
+  }
+
  private:
+  // Holds for receiving that waits.
+  void limitReceiving(Micros timeout, const char* failure) {
+    if (timeout == receiveLimit_) return;
+    const timeval limit{static_cast<time_t>(timeout / kSecond),
+                        static_cast<suseconds_t>(timeout % kSecond)};
+    if (setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit) < 0) {
+      throw SocketExc(failure);
+    }
+    receiveLimit_ = timeout;
+  }
+
   void switchOn(int option, const char* failure) {
     const int yes = 1;
     if (setsockopt(socket_, SOL_SOCKET, option, &yes, sizeof yes) < 0) throw SocketExc(failure);
@@ -123,6 +150,7 @@ class PosixUdpSocket : public UdpSocket {
 
   std::string interfaceName_;
   int socket_ = -1;
+  Micros receiveLimit_ = 0;  // of SO_RCVTIMEO; 0 is without limit
 };
 
 }  // namespace

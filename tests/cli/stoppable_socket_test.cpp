@@ -38,6 +38,10 @@ TEST_F(StoppableSocketTest, PassesEverythingOn) {
   UdpPeer from;
   EXPECT_EQ(socket.receiveFrom(buffer, from, ""), 3u);
   EXPECT_EQ(from.port, 1234);
+  network->deliver(bytes, 1235);
+  EXPECT_EQ(socket.receiveWithin(kSecond, buffer, from, "", ""), 3u);
+  EXPECT_EQ(from.port, 1235);
+  EXPECT_EQ(socket.receiveWithin(kSecond, buffer, from, "", ""), std::nullopt);
 }
 
 TEST_F(StoppableSocketTest, FailuresKeepTheirTexts) {
@@ -54,6 +58,9 @@ TEST_F(StoppableSocketTest, NoWaitBeginsOnceItIsToStop) {
   network->deliver(std::array<std::uint8_t, 1>{1});
   stopEvent.set();
   EXPECT_THROW(socket.waitReadable(kSecond, ""), StopRequested);
+  std::array<std::uint8_t, 8> buffer{};
+  UdpPeer from;
+  EXPECT_THROW(socket.receiveWithin(kSecond, buffer, from, "", ""), StopRequested);
   EXPECT_TRUE(network->waits.empty());
 }
 

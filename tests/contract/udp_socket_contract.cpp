@@ -78,6 +78,11 @@ class UdpSocketContract : public ::testing::Test {
     return buffer;
   }
 
+  std::optional<std::size_t> receiveWithin(Micros timeout, Bytes& buffer) {
+    return sockets_.socket().receiveWithin(timeout, buffer, from_, "select() failed",
+                                           "recvfrom() failed");
+  }
+
   Sockets sockets_;
   UdpPeer from_;
 };
@@ -168,6 +173,29 @@ TYPED_TEST(UdpSocketContract, WaitEndsAtOnceWhenADatagramIsThere) {
 TYPED_TEST(UdpSocketContract, WaitWithoutLimitEndsWhenADatagramIsThere) {
   this->sockets_.deliver(numbered(1));
   EXPECT_TRUE(this->readable(0));
+}
+
+TYPED_TEST(UdpSocketContract, ReceivesWithinATimeWhatIsThere) {
+  this->sockets_.deliver(numbered(300));
+  this->sockets_.deliver({});
+  Bytes buffer(256);
+  EXPECT_EQ(this->receiveWithin(60 * kSecond, buffer), 256u);
+  EXPECT_EQ(buffer[255], numbered(300)[255]);
+  EXPECT_EQ(this->from_.port, this->sockets_.remote().port);
+  EXPECT_EQ(this->receiveWithin(60 * kSecond, buffer), 0u);
+}
+
+TYPED_TEST(UdpSocketContract, ReceivesNothingWhenNothingComesWithinTheTime) {
+  Bytes buffer(256);
+  for (const Micros limit : {1'250'000, 50'000}) {
+    const Micros before = this->sockets_.clock().now();
+    EXPECT_EQ(this->receiveWithin(limit, buffer), std::nullopt);
+    const Micros waited = this->sockets_.clock().now() - before;
+    EXPECT_GE(waited, limit - 20 * kMillisecond);
+    EXPECT_LT(waited, 20 * kSecond);
+  }
+  this->sockets_.deliver(numbered(7));
+  EXPECT_EQ(this->receiveWithin(10 * kSecond, buffer), 7u);
 }
 
 TYPED_TEST(UdpSocketContract, WaitTakesNoDatagram) {

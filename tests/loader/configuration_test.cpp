@@ -46,11 +46,31 @@ TEST(BootConfiguration, OfTheLocalDiskHasMoreBehindTheRamDisk) {
 }
 
 TEST(BootConfiguration, KeywordsMayBeInSmallLetters) {
-  expectSystem("label a\nkernel b\nAppend c\n", "b", "c", "");
+  expectSystem("label a\nkernel b\nappend c\nlabel d\nKernel e\n", "b", "c", "");
 }
 
 TEST(BootConfiguration, LinesMayEndWithCarriageReturns) {
   expectSystem("LABEL a\r\nKERNEL b\r\nAPPEND initrd=c\r\n", "b", "initrd=c", "c");
+}
+
+TEST(BootConfiguration, LinesMayEndWithNothingButCarriageReturns) {
+  expectSystem("LABEL a\rKERNEL b\rAPPEND initrd=c\r", "b", "initrd=c", "c");
+}
+
+TEST(BootConfiguration, NamesMayHaveCharactersOf8Bits) {
+  expectSystem("KERNEL \xFC\x80\xFFx\nAPPEND initrd=\xE4 \xA0y\n", "\xFC\x80\xFFx",
+               "initrd=\xE4 \xA0y", "\xE4");
+}
+
+TEST(BootConfiguration, ASecondOneLeavesNothingOfTheFirst) {
+  BootConfiguration configuration;
+  ASSERT_EQ(readConfiguration("KERNEL kernel\nAPPEND initrd=disk quiet\n", configuration),
+            ConfigurationFault::kNone);
+  ASSERT_EQ(readConfiguration("KERNEL k\nAPPEND initrd=d\n", configuration),
+            ConfigurationFault::kNone);
+  EXPECT_THAT(configuration.kernel.data(), StrEq("k"));
+  EXPECT_THAT(configuration.commandLine.data(), StrEq("initrd=d"));
+  EXPECT_THAT(configuration.ramDisk.data(), StrEq("d"));
 }
 
 TEST(BootConfiguration, TheLastLineNeedsNoEnd) {

@@ -94,7 +94,7 @@ std::uint32_t FakePc::call(RomFunction function, void* parameters) {
   calls.push_back(function);
   if (const auto failure = failures.find(function); failure != failures.end()) {
     std::memcpy(parameters, &failure->second, sizeof failure->second);
-    return 1;
+    return returnsNothing ? 0 : 1;
   }
   switch (function) {
     case RomFunction::kTftpOpen:
@@ -104,6 +104,10 @@ std::uint32_t FakePc::call(RomFunction function, void* parameters) {
       read(*static_cast<TftpReadParameters*>(parameters));
       break;
     case RomFunction::kTftpClose:
+    case RomFunction::kShutDownCard:
+    case RomFunction::kUnloadStack:
+    case RomFunction::kStopCard:
+    case RomFunction::kCleanUpCard:
       break;
     case RomFunction::kGetCachedInfo:
       getCached(*static_cast<CachedInfoParameters*>(parameters));
@@ -111,7 +115,7 @@ std::uint32_t FakePc::call(RomFunction function, void* parameters) {
     default:
       throw std::logic_error("a function that this ROM does not have");
   }
-  return numberAt<std::uint16_t>(static_cast<std::uint8_t*>(parameters));
+  return returnsNothing ? 0 : numberAt<std::uint16_t>(static_cast<std::uint8_t*>(parameters));
 }
 
 void FakePc::open(TftpOpenParameters& parameters) {
@@ -127,7 +131,7 @@ void FakePc::open(TftpOpenParameters& parameters) {
 }
 
 void FakePc::read(TftpReadParameters& parameters) {
-  const std::size_t block = packetSize == 0 || packetSize > 1468 ? 512 : packetSize;
+  const std::size_t block = packetSize == 0 || packetSize > 512 ? 512 : packetSize;
   if (at_ > file_.size() || (endsWithFailure && at_ == file_.size())) {
     parameters.status = 0x39;
     return;

@@ -34,6 +34,7 @@ class FakePc {
   std::uint16_t blockGrowth = 0;   // blocks are told to have so many bytes more
   bool endsWithFailure = false;    // reading behind the last block fails
   std::map<RomFunction, std::uint16_t> failures;
+  bool returnsNothing = false;  // only the status says what failed
   std::map<PacketType, std::vector<std::uint8_t>> cached;
 
   // What it was asked for.

@@ -64,6 +64,18 @@ TEST(KernelHeader, ACutKernelIsNotComplete) {
   }
 }
 
+TEST(KernelHeader, AKernelsLastUnitOf16BytesNeedsNotBeFull) {
+  auto file = makeKernel();
+  file.resize(file.size() - 15);
+  EXPECT_EQ(faultOf(file), KernelFault::kNone);
+}
+
+TEST(KernelHeader, ARealModePartAloneIsNotComplete) {
+  EXPECT_EQ(faultOf(makeKernel({.size32Bit = 0})), KernelFault::kIncomplete);
+  // Of the least that is no stranger: a header's kilobyte.
+  EXPECT_EQ(faultOf(makeKernel({.setupSectors = 1, .size32Bit = 0})), KernelFault::kIncomplete);
+}
+
 TEST(KernelHeader, BytesBehindTheKernelDoNoHarm) {
   auto file = makeKernel();
   file.resize(file.size() + 5000);
@@ -80,6 +92,8 @@ TEST(KernelHeader, OldKernelsTellOnlyTheLowHalfOfTheirSize) {
   auto file = makeKernel({.protocol = 0x203});
   putNumber<std::uint16_t>(&file[0x1F6], 0xFFFF);
   EXPECT_EQ(faultOf(file), KernelFault::kNone);
+  putNumber<std::uint16_t>(&file[0x206], 0x204);
+  EXPECT_EQ(faultOf(file), KernelFault::kIncomplete);
 }
 
 TEST(KernelHeader, AKernelThatWantsNoLessThanAllMemoryIsTooLarge) {
@@ -90,6 +104,12 @@ TEST(KernelHeader, AKernelThatWantsNoLessThanAllMemoryIsTooLarge) {
   auto file = makeKernel();
   file[0x25C] = 1;
   EXPECT_EQ(faultOf(file), KernelFault::kTooLarge);
+}
+
+TEST(KernelHeader, AKernelMayWantAllThatIsReached) {
+  constexpr std::uint32_t kAll = kReachedMemory - 0x200000;
+  EXPECT_EQ(faultOf(makeKernel({.initialSize = kAll})), KernelFault::kNone);
+  EXPECT_EQ(faultOf(makeKernel({.initialSize = kAll + 1})), KernelFault::kTooLarge);
 }
 
 TEST(KernelHeader, AHeaderOfAllOnesWithSignaturesIsRefused) {
@@ -107,6 +127,15 @@ TEST(KernelHeader, TellsWhereTheKernelsAreaEnds) {
 
 TEST(KernelHeader, TheAreaHoldsTheLoadedFile) {
   EXPECT_EQ(headerOf(makeKernel({.initialSize = 16})).areaEnd(0x400000), 0x500000u);
+}
+
+TEST(KernelHeader, TheAreaOfAFileBeyondAllMemoryNeverEnds) {
+  EXPECT_EQ(headerOf(makeKernel()).areaEnd(kReachedMemory + 1), 0xFFFFFFFFu);
+  EXPECT_EQ(headerOf(makeKernel()).areaEnd(0xFFFFFFF0), 0xFFFFFFFFu);
+}
+
+TEST(KernelHeader, KernelsTellTheirAreaFromProtocol210On) {
+  EXPECT_EQ(headerOf(makeKernel({.protocol = 0x20A})).areaEnd(0x4000), 0x300000u);
 }
 
 TEST(KernelHeader, TheAreaOfAnOldKernelIsFiveTimesItsFile) {
@@ -127,14 +156,15 @@ TEST(KernelHeader, OldKernelsTake255CharactersOfCommandLine) {
 }
 
 TEST(KernelHeader, ParametersChangeTheirFieldsAndNothingElse) {
-  const auto file = makeKernel();
+  auto file = makeKernel();
+  file[0x211] = 0x21;  // says nothing while it unpacks itself
   KernelHeader header = headerOf(file);
   header.setParameters(
       {.commandLineAt = 0x1E000, .ramDiskAt = 0x1234000, .ramDiskSize = 0x5678, .heapEnd = 0xDE00});
   auto expected = headerOf(file).bytes();
   putNumber<std::uint16_t>(&expected[0x1FA], 0xFFFF);
   expected[0x210] = 0xFF;
-  expected[0x211] = 0x81;
+  expected[0x211] = 0xA1;
   putNumber<std::uint32_t>(&expected[0x214], 0x100000);
   putNumber<std::uint32_t>(&expected[0x218], 0x1234000);
   putNumber<std::uint32_t>(&expected[0x21C], 0x5678);

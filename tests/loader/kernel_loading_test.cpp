@@ -11,10 +11,12 @@
 namespace omniset::loader::test {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::StrEq;
 
 constexpr std::uint32_t kMega = 0x100000;
+constexpr std::uint8_t kOld = 0xCC;  // what memory holds before
 constexpr char kText[] = "KERNEL linux\nAPPEND load_ramdisk=1 initrd=initrd.rgz\n";
 
 std::vector<std::uint8_t> bytesOf(std::string_view text) {
@@ -31,6 +33,7 @@ std::vector<std::uint8_t> ramDisk(std::size_t size) {
 class KernelLoading : public ::testing::Test {
  protected:
   KernelLoading() {
+    std::fill(pc.memory.begin(), pc.memory.end(), kOld);
     networkAddresses = {.own = 1, .server = 2, .gateway = 0};
     pc.files["c"] = bytesOf(kText);
     pc.files["linux"] = kernel;
@@ -65,6 +68,22 @@ TEST_F(KernelLoading, PutsBothPartsOfTheKernelToTheirPlaces) {
             std::vector(kernel.begin() + setup, kernel.end()));
 }
 
+TEST_F(KernelLoading, PutsNothingBehindThePartsOfTheKernel) {
+  load();
+  const std::uint32_t setup = headerOf(kernel).setupSize();
+  const auto size = static_cast<std::uint32_t>(kernel.size());
+  EXPECT_EQ(pc.bytes(kSetupAt + setup, kSetupRoom), std::vector<std::uint8_t>(kSetupRoom, kOld));
+  // The file as it arrived is still behind the 32-bit part that moved down.
+  EXPECT_EQ(pc.bytes(kKernelAt + size - setup, setup),
+            std::vector(kernel.end() - setup, kernel.end()));
+  EXPECT_EQ(pc.bytes(kKernelAt + size, 0x10000), std::vector<std::uint8_t>(0x10000, kOld));
+}
+
+TEST_F(KernelLoading, TellsTheKernelItsHeapBelowItsStack) {
+  load();
+  EXPECT_EQ(pc.number(kSetupAt + 0x224) & 0xFFFF, 0xDE00u);
+}
+
 TEST_F(KernelLoading, PassesTheWholeCommandLine) {
   load();
   EXPECT_EQ(pc.number(kSetupAt + 0x228), kCommandLineAt);
@@ -77,6 +96,12 @@ TEST_F(KernelLoading, PutsTheRamDiskToTheEndOfMemory) {
   EXPECT_EQ(ramDiskAt(), 8 * kMega - 3 * kPage);
   EXPECT_EQ(ramDiskSize(), 10000u);
   EXPECT_EQ(pc.bytes(ramDiskAt(), 10000), ramDisk(10000));
+}
+
+TEST_F(KernelLoading, PutsTheRamDiskWhereTheKernelReachesIt) {
+  pc.files["linux"] = makeKernel({.ramDiskLast = 6 * kMega - 1});
+  load();
+  EXPECT_EQ(ramDiskAt(), 6 * kMega - 3 * kPage);
 }
 
 TEST_F(KernelLoading, ARamDiskOfAnySizeArrivesWhole) {
@@ -119,6 +144,14 @@ TEST_F(KernelLoading, EachFileIsAskedForOnceInThisOrder) {
   EXPECT_THAT(pc.opened[2].name.data(), StrEq("initrd.rgz"));
 }
 
+TEST_F(KernelLoading, EachFileIsClosedBeforeTheNextIsOpened) {
+  load();
+  std::erase(pc.calls, RomFunction::kTftpRead);
+  EXPECT_THAT(pc.calls, ElementsAre(RomFunction::kTftpOpen, RomFunction::kTftpClose,
+                                    RomFunction::kTftpOpen, RomFunction::kTftpClose,
+                                    RomFunction::kTftpOpen, RomFunction::kTftpClose));
+}
+
 TEST_F(KernelLoading, ShowsWhatIsLoaded) {
   load();
   EXPECT_EQ(pc.shown, "Loading linux . 14 KB\nLoading initrd.rgz . 10 KB\n");
@@ -132,6 +165,8 @@ TEST_F(KernelLoading, AKernelLargerThanMemoryIsRefusedBeforeItLeavesIt) {
 
 TEST_F(KernelLoading, AKernelThatNeedsMoreMemoryThanThereIsIsRefused) {
   EXPECT_EQ(failure(3 * kMega - 1), "linux does not fit the memory of this PC.");
+  pc.files["c"] = bytesOf("KERNEL linux\n");
+  EXPECT_EQ(failure(3 * kMega), "");
 }
 
 TEST_F(KernelLoading, WhatIsNoKernelIsRefusedBeforeTheRamDisk) {

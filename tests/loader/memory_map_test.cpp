@@ -8,7 +8,6 @@ namespace omniset::loader::test {
 namespace {
 
 constexpr std::uint32_t kMega = 0x100000;
-constexpr std::uint32_t kReserved = 2;
 
 MemoryMap mapOf(std::initializer_list<MemoryEntry> entries) {
   MemoryMap map;
@@ -21,7 +20,7 @@ MemoryEntry usable(std::uint32_t start, std::uint32_t size) {
 }
 
 MemoryEntry reserved(std::uint32_t start, std::uint32_t size) {
-  return {.start = start, .size = size, .type = kReserved};
+  return {.start = start, .size = size, .type = kReservedMemory};
 }
 
 void expectRange(const MemoryRange& range, std::uint32_t start, std::uint32_t end) {
@@ -90,6 +89,22 @@ TEST(MemoryMap, SaysWhenThereIsNoRoomForMore) {
   for (std::size_t i = 0; i < MemoryMap::kMost; ++i) EXPECT_TRUE(map.add(usable(kMega, kMega)));
   EXPECT_FALSE(map.add(reserved(kMega, kMega)));
   EXPECT_EQ(map.usableEnd(kMega), 2 * kMega);
+}
+
+TEST(MemoryMap, EverythingFromAnAddressOnCanBeReserved) {
+  MemoryMap map = mapOf({usable(kMega, 31 * kMega), usable(0x80000000, kMega)});
+  map.add({.start = 16 * kMega, .sizeHigh = 1, .type = kReservedMemory});
+  EXPECT_EQ(map.usableEnd(kMega), 16 * kMega);
+  EXPECT_EQ(map.usableEnd(20 * kMega), 20 * kMega);
+  EXPECT_EQ(map.usableEnd(0x80000000), 0x80000000u);
+}
+
+TEST(MemoryMap, OnceClearedKnowsNothing) {
+  MemoryMap map = mapOf({usable(kMega, kMega), reserved(3 * kMega, kMega)});
+  map.clear();
+  EXPECT_EQ(map.usableEnd(kMega), kMega);
+  map.add(usable(kMega, 4 * kMega));
+  EXPECT_EQ(map.usableEnd(kMega), 5 * kMega);
 }
 
 TEST(MemoryMap, TheLargestRangeLiesBetweenFloorAndCeiling) {

@@ -5,15 +5,25 @@
 #include <numeric>
 
 #include "fake_pc.h"
+#include "payload/loader/common/low_memory.h"
 #include "payload/loader/common/numbers.h"
 
 namespace omniset::loader::test {
 namespace {
 
+using ::testing::ElementsAre;
+
 constexpr FarAddress kNewAt = 0x4000'0010;  // 40010h
 constexpr FarAddress kOldAt = 0x4100'0020;  // 41020h
 constexpr FarAddress kNewEntry = 0x4012'3456;
 constexpr FarAddress kOldEntry = 0x4065'4321;
+constexpr std::size_t kFreeByte = 15;
+
+// Makes the first bytes of a structure add up to 0, by one that says nothing.
+void setSum(std::vector<std::uint8_t>& bytes, std::ptrdiff_t length) {
+  const int sum = std::accumulate(bytes.begin(), bytes.begin() + length, 0);
+  bytes[kFreeByte] = static_cast<std::uint8_t>(bytes[kFreeByte] - sum);
+}
 
 // A structure whose bytes add up to 0.
 std::vector<std::uint8_t> structure(const std::string& signature, std::size_t lengthAt,
@@ -22,8 +32,14 @@ std::vector<std::uint8_t> structure(const std::string& signature, std::size_t le
   std::copy(signature.begin(), signature.end(), bytes.begin());
   bytes[lengthAt] = static_cast<std::uint8_t>(size);
   putNumber(&bytes[entryAt], entry);
-  const int sum = std::accumulate(bytes.begin(), bytes.end(), 0);
-  bytes.back() = static_cast<std::uint8_t>(bytes.back() - sum);
+  setSum(bytes, static_cast<std::ptrdiff_t>(size));
+  return bytes;
+}
+
+std::vector<std::uint8_t> oldStructure(std::uint16_t version) {
+  auto bytes = structure("PXENV+", 8, 10, kOldEntry, 0x2C);
+  putNumber(&bytes[6], version);
+  setSum(bytes, 0x2C);
   return bytes;
 }
 
@@ -70,11 +86,53 @@ TEST_F(BootRom, AStructureTooShortForItsEntryIsNone) {
   EXPECT_EQ(romEntry, kOldEntry);
 }
 
+TEST_F(BootRom, AStructureThatEndsInItsEntryIsNone) {
+  auto bytes = structure("!PXE", 4, 16, kNewEntry, 0x58);
+  bytes[4] = 19;
+  setSum(bytes, 19);
+  pc.put(0x40010, bytes);
+  findRom();
+  EXPECT_EQ(romEntry, kOldEntry);
+}
+
 TEST_F(BootRom, WithoutEitherStructureThePcWasNotStartedByOne) {
   pc.memory[0x40010] = 'x';
   pc.memory[0x41020] = 'x';
   EXPECT_EQ(failureOf(findRom), "This program was not started by a network boot ROM (PXE).");
   EXPECT_EQ(romEntry, 0u);
+}
+
+TEST_F(BootRom, IsLeftByItsStopInTheEnd) {
+  findRom();
+  leaveRom();
+  EXPECT_THAT(pc.calls, ElementsAre(RomFunction::kShutDownCard, RomFunction::kUnloadStack,
+                                    RomFunction::kStopCard));
+}
+
+TEST_F(BootRom, OfTheOldStructureIsLeftByWhatItsVersionHas) {
+  newStructureAt = 0;
+  for (const auto& [version, last] : {std::pair{std::uint16_t{0x0100}, RomFunction::kCleanUpCard},
+                                      std::pair{std::uint16_t{0x0200}, RomFunction::kCleanUpCard},
+                                      std::pair{std::uint16_t{0x0201}, RomFunction::kStopCard}}) {
+    pc.put(0x41020, oldStructure(version));
+    pc.calls.clear();
+    findRom();
+    leaveRom();
+    EXPECT_THAT(pc.calls, ElementsAre(RomFunction::kShutDownCard, RomFunction::kUnloadStack, last))
+        << version;
+  }
+}
+
+TEST_F(BootRom, IsLeftWhateverItCannotDo) {
+  findRom();
+  pc.failures = {{RomFunction::kShutDownCard, kUnsupported}, {RomFunction::kUnloadStack, 1}};
+  leaveRom();
+  EXPECT_EQ(pc.calls.size(), 3u);
+}
+
+TEST_F(BootRom, ThatWasNotFoundIsNotLeft) {
+  leaveRom();
+  EXPECT_TRUE(pc.calls.empty());
 }
 
 constexpr std::uint32_t kOwn = 0x1458A8C0;      // 192.168.88.20
@@ -107,6 +165,16 @@ TEST_F(BootRom, TheAcknowledgementStandsInForAReplyWithoutAServer) {
   pc.cached = {{PacketType::kReply, reply(0)}, {PacketType::kAcknowledgement, reply(kServer)}};
   readAddresses();
   EXPECT_EQ(networkAddresses.server, kServer);
+}
+
+// What lies where the reply would be is an older one.
+TEST_F(BootRom, AReplyThatItCouldNotGiveDoesNotCount) {
+  pc.put(kTransferAt, reply(kServer));
+  for (const bool returnsNothing : {false, true}) {
+    pc.returnsNothing = returnsNothing;
+    pc.failures[RomFunction::kGetCachedInfo] = returnsNothing ? 1 : 0;
+    EXPECT_EQ(failureOf(readAddresses), "The boot ROM does not tell the address of its server.");
+  }
 }
 
 TEST_F(BootRom, WithoutAServerItIsOfNoUse) {

@@ -86,17 +86,18 @@ TEST_F(TftpFile, IsNotReadBehindItsShortBlock) {
 }
 
 TEST_F(TftpFile, ComesInTheBlocksThatTheServerWants) {
-  for (const std::uint16_t size : {std::uint16_t{100}, std::uint16_t{1468}}) {
-    pc.files["x"] = content(200000);
+  for (const std::uint16_t size : {std::uint16_t{1}, std::uint16_t{100}, std::uint16_t{511}}) {
+    pc.files["x"] = content(150000);
     pc.packetSize = size;
     pc.calls.clear();
-    EXPECT_EQ(fetch("x"), content(200000)) << size;
-    EXPECT_EQ(callsOf(RomFunction::kTftpRead), 200000u / size + 1);
+    EXPECT_EQ(fetch("x"), content(150000)) << size;
+    EXPECT_EQ(callsOf(RomFunction::kTftpRead), 150000u / size + 1);
   }
 }
 
-TEST_F(TftpFile, ABlockSizeThatThereIsNotCountsAsTheUsualOne) {
-  for (const std::uint16_t size : {std::uint16_t{0}, std::uint16_t{1469}, std::uint16_t{0xFFFF}}) {
+TEST_F(TftpFile, ABlockSizeThatNobodyAskedForCountsAsTheUsualOne) {
+  for (const std::uint16_t size : {std::uint16_t{0}, std::uint16_t{513}, std::uint16_t{1468},
+                                   std::uint16_t{1469}, std::uint16_t{0xFFFF}}) {
     pc.files["x"] = content(1300);
     pc.packetSize = size;
     EXPECT_EQ(fetch("x"), content(1300)) << size;
@@ -119,6 +120,29 @@ TEST_F(TftpFile, ARomThatFailsWithoutAStatusFailsAllTheSame) {
   pc.failures[RomFunction::kTftpOpen] = 0;
   EXPECT_EQ(failureOf([] { openFile("linux"); }),
             "linux was not received from the server (code 0).");
+}
+
+TEST_F(TftpFile, ARomThatTellsAFailureOnlyByItsStatusFailsAllTheSame) {
+  pc.returnsNothing = true;
+  pc.files["linux"] = content(1000);
+  openFile("linux");
+  pc.failures[RomFunction::kTftpRead] = 0x35;
+  EXPECT_EQ(failureOf([] { readFile(); }), "linux was not received from the server (code 53).");
+  EXPECT_EQ(failureOf([] { openFile("missing"); }), "The server does not have missing (code 59).");
+}
+
+TEST_F(TftpFile, ThatTheRomHasClosedAlreadyIsCompleteAllTheSame) {
+  pc.files["linux"] = content(1000);
+  pc.failures[RomFunction::kTftpClose] = 0x18;
+  EXPECT_EQ(fetch("linux"), content(1000));
+}
+
+TEST_F(TftpFile, FillsTheTransferMemoryWhereItCan) {
+  pc.files["x"] = content(kTransferRoom + 100);
+  openFile("x");
+  EXPECT_EQ(readFile(), kTransferRoom);
+  EXPECT_EQ(readFile(), 100u);
+  EXPECT_EQ(readFile(), 0u);
 }
 
 TEST_F(TftpFile, ARomWithoutTftpIsTold) {

@@ -29,6 +29,8 @@ biosCall:
 .call:  db 0xCD
 .number: db 0
         pushfd
+        movzx esp, sp                   ; the compiler's code addresses by ESP, whose upper half a
+                                        ; BIOS may leave as it likes
         push word 0                     ; some BIOSes change the segments
         pop ds
         push word 0
@@ -60,14 +62,35 @@ startKernel:
         mov sp, STACK_TOP
         jmp SETUP + 0x20:0
 
-; By the keyboard controller, and where that does nothing by the BIOS's start.
+; By the keyboard controller, then by the chipset, and where both do nothing by an exception that
+; nobody handles, which resets every processor. Not by the BIOS's start: it relies on a reset.
 restartPc:
+        cli
+        xor cx, cx
+.busy:  in al, 0x64                     ; the controller takes no command before the last is done
+        test al, 2
+        loopnz .busy
         mov al, 0xFE
         out 0x64, al
-        mov cx, 0xFFFF
-.wait:  in al, 0x80
-        loop .wait
-        jmp 0xFFFF:0
+        call .wait
+        mov dx, 0xCF9
+        mov al, 2                       ; a whole reset, and then when
+        out dx, al
+        call .wait
+        mov al, 6
+        out dx, al
+        call .wait
+        lidt [no_interrupts]
+        int3
+.wait:  xor cx, cx
+.next:  in al, 0x80
+        loop .next
+        ret
+
+        section .rodata
+no_interrupts:
+        dw 0
+        dd 0
 
         section .bss
 registers: resw 1

@@ -17,8 +17,11 @@ constexpr std::uint16_t kSerialStatus = 5;
 constexpr int kSerialFifoSize = 16;
 
 constexpr std::uint8_t kReceived = 0x01;
+constexpr std::uint8_t kDamaged = 0x1E;  // lost before it, or wrong in parity, frame or length
 constexpr std::uint8_t kSendable = 0x20;
 constexpr std::uint8_t kAbsent = 0xFF;
+
+constexpr std::uint8_t kEscape = 0x1B;
 
 // The PC restarts so many of the BIOS's ticks after a failure: ten seconds.
 constexpr std::uint16_t kPause = 182;
@@ -55,9 +58,14 @@ void sendSerial(char c) {
   serialPort = 0;
 }
 
+// A line that nobody drives may chatter: only what a person types counts.
 bool hasSerialKey() {
   if (serialPort == 0) return false;
-  return (readPort(serialPort + kSerialStatus) & kReceived) != 0;
+  const std::uint8_t status = readPort(serialPort + kSerialStatus);
+  if ((status & kReceived) == 0) return false;
+  const std::uint8_t key = readPort(serialPort + kSerialData);
+  if ((status & kDamaged) != 0) return false;
+  return (key >= ' ' && key <= '~') || key == '\r' || key == '\n' || key == kEscape;
 }
 
 void put(char c) {
@@ -86,7 +94,7 @@ bool hasKey() {
   return (biosCall(0x16, &registers) & kZeroFlag) == 0 || hasSerialKey();
 }
 
-// Keys that were pressed to choose the network boot do not count.
+// Keys that were pressed to choose the network boot do not count, and what came by the serial line.
 void forgetKeys() {
   biosFirstKey = biosNextKey;
   if (serialPort == 0) return;
@@ -94,8 +102,8 @@ void forgetKeys() {
 }
 
 [[noreturn]] void restartAfterPause() {
-  forgetKeys();
   print("\nThis PC restarts in 10 seconds, or when a key is pressed.\n");
+  forgetKeys();
   std::uint16_t last = biosTicks;
   for (std::uint16_t passed = 0; passed < kPause && !hasKey();) {
     waitForInterrupt();

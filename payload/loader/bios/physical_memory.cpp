@@ -27,6 +27,8 @@ struct CopyTable {
 };
 
 constexpr std::uint32_t kPiece = 0x8000;
+constexpr std::uint32_t kCopyFailed = 0x100;
+constexpr std::uint32_t kSixteenMega = 0x1000000;
 
 constexpr Segment segmentAt(std::uint32_t address) {
   constexpr std::uint8_t kWritableData = 0x93;
@@ -38,7 +40,8 @@ constexpr Segment segmentAt(std::uint32_t address) {
           static_cast<std::uint8_t>(address >> 24)};
 }
 
-void copyPiece(std::uint32_t to, std::uint32_t from, std::uint32_t count) {
+// Returns 0, or kCopyFailed and the BIOS's code.
+std::uint32_t copyPiece(std::uint32_t to, std::uint32_t from, std::uint32_t count) {
   CopyTable table;
   table.from = segmentAt(from);
   table.to = segmentAt(to);
@@ -46,9 +49,8 @@ void copyPiece(std::uint32_t to, std::uint32_t from, std::uint32_t count) {
   registers.ax = 0x8700;
   registers.cx = (count + 1) / 2;
   registers.si = offsetOf(&table);
-  if ((biosCall(0x15, &registers) & kCarryFlag) != 0) {
-    failWithCode("", "The BIOS cannot copy memory", registers.ax >> 8 & 0xFF);
-  }
+  if ((biosCall(0x15, &registers) & kCarryFlag) == 0) return 0;
+  return kCopyFailed | (registers.ax >> 8 & 0xFF);
 }
 
 void addUsable(MemoryMap& map, std::uint32_t start, std::uint32_t size) {
@@ -56,21 +58,33 @@ void addUsable(MemoryMap& map, std::uint32_t start, std::uint32_t size) {
 }
 
 // Each call yields an entry, and the number of the next one. A BIOS may never come to the last.
+// Leaves the map empty when this tells nothing of use.
 bool surveyEntries(MemoryMap& map) {
+  constexpr std::uint32_t kSignature = 0x534D4150;  // "SMAP"
   BiosRegisters registers;
-  for (std::size_t i = 0; i < MemoryMap::kMost; ++i) {
-    MemoryEntry entry;
+  // One place is left for surveyMemory().
+  for (std::size_t i = 0; i < MemoryMap::kMost - 1; ++i) {
+    struct {
+      MemoryEntry entry;
+      std::uint32_t spare;  // some BIOSes write it, asked or not
+    } answer;
     registers.ax = 0xE820;
-    registers.cx = sizeof entry;
-    registers.dx = 0x534D4150;  // "SMAP"
-    registers.di = offsetOf(&entry);
-    const std::uint32_t flags = biosCall(0x15, &registers);
+    registers.cx = sizeof answer.entry;
+    registers.dx = kSignature;
+    registers.di = offsetOf(&answer);
     // Some BIOSes tell the end by the carry flag.
-    if ((flags & kCarryFlag) != 0 || registers.ax != 0x534D4150) break;
-    map.add(entry);
+    if ((biosCall(0x15, &registers) & kCarryFlag) != 0) break;
+    // One that changes its mind is not believed what it said before.
+    if (registers.ax != kSignature) {
+      map.clear();
+      break;
+    }
+    map.add(answer.entry);
     if (registers.bx == 0) break;
   }
-  return map.usableEnd(0x100000) > 0x100000;
+  if (map.usableEnd(0x100000) > 0x100000) return true;
+  map.clear();
+  return false;
 }
 
 // Two pieces: up to 16 MB in kilobytes, above it in units of 64 KB.
@@ -84,9 +98,11 @@ bool surveyTwoPieces(MemoryMap& map) {
     low = registers.cx & 0xFFFF;
     high = registers.dx & 0xFFFF;
   }
+  // Between 1 and 16 MB there is not more.
+  if (low == 0 || low > 15 * 1024) return false;
   addUsable(map, 0x100000, low * 1024);
-  addUsable(map, 0x1000000, high * 0x10000);
-  return low != 0;
+  addUsable(map, kSixteenMega, high * 0x10000);
+  return true;
 }
 
 void surveyOnePiece(MemoryMap& map) {
@@ -94,6 +110,27 @@ void surveyOnePiece(MemoryMap& map) {
   registers.ax = 0x8800;
   if ((biosCall(0x15, &registers) & kCarryFlag) != 0) return;
   addUsable(map, 0x100000, (registers.ax & 0xFFFF) * 1024);
+}
+
+// Older BIOSes copy with addresses of 24 bits, and say that all went well: what should come above
+// 16 MB is then written below. So a number is written there, and one to the same address modulo
+// 16 MB, where nothing is yet; both have to stay. What was there before comes back.
+bool isCopyingAbove16Mega(const MemoryMap& map) {
+  constexpr std::uint32_t kLow = kTransferAt;
+  constexpr std::uint32_t kHigh = kSixteenMega + kLow;
+  if (map.usableEnd(kHigh) < kHigh + sizeof(std::uint32_t)) return false;
+  constexpr std::uint32_t kHighMark = 0x48694869;
+  constexpr std::uint32_t kLowMark = 0x4C6F4C6F;
+  std::uint32_t before = 0;
+  std::uint32_t high = kHighMark;
+  std::uint32_t low = kLowMark;
+  const std::uint32_t copies[][2] = {{offsetOf(&before), kHigh}, {kLow, offsetOf(&low)},
+                                     {kHigh, offsetOf(&high)},   {offsetOf(&low), kLow},
+                                     {offsetOf(&high), kHigh},   {kHigh, offsetOf(&before)}};
+  for (const auto& [to, from] : copies) {
+    if (copyPiece(to, from, sizeof(std::uint32_t)) != 0) return false;
+  }
+  return low == kLowMark && high == kHighMark;
 }
 
 }  // namespace
@@ -105,12 +142,16 @@ void surveyMemory(MemoryMap& map) {
     fail("Too little memory is free below 640 KB.");
   }
   if (!surveyEntries(map) && !surveyTwoPieces(map)) surveyOnePiece(map);
+  if (!isCopyingAbove16Mega(map)) {
+    map.add({.start = kSixteenMega, .sizeHigh = 1, .type = kReservedMemory});
+  }
 }
 
 void copyMemory(std::uint32_t to, std::uint32_t from, std::uint32_t count) {
   while (count > 0) {
     const std::uint32_t piece = count < kPiece ? count : kPiece;
-    copyPiece(to, from, piece);
+    const std::uint32_t fault = copyPiece(to, from, piece);
+    if (fault != 0) failWithCode("", "The BIOS cannot copy memory", fault & 0xFF);
     to += piece;
     from += piece;
     count -= piece;

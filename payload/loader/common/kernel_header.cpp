@@ -55,6 +55,7 @@ std::uint16_t KernelHeader::protocol() const {
   return u16(kProtocol);
 }
 
+// Without setup sectors, which the oldest kernels mean as four, a kernel of today hangs.
 KernelFault KernelHeader::check(std::uint32_t fileSize) const {
   if (fileSize < kSize || u16(kBootSignature) != kBootSignatureValue ||
       u32(kHeaderSignature) != kHeaderSignatureValue || bytes_[kSetupSectors] == 0) {

@@ -52,10 +52,9 @@ std::uint32_t lengthOf(const char* text) {
 void moveUp(std::uint32_t to, std::uint32_t from, std::uint32_t size) {
   const std::uint32_t distance = to - from;
   if (distance == 0) return;
-  const std::uint32_t piece = distance < 0x8000 ? distance : 0x8000;
   while (size > 0) {
-    std::uint32_t count = size % piece;
-    if (count == 0) count = piece;
+    std::uint32_t count = size % distance;
+    if (count == 0) count = distance;
     size -= count;
     copyMemory(to + size, from + size, count);
   }

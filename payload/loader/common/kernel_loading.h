@@ -16,7 +16,8 @@ std::uint32_t loadFile(const char* name, const MemoryRange& range);
 
 void loadConfiguration(const char* name, BootConfiguration& configuration);
 
-// Loads kernel and RAM disk to their places.
+// Loads kernel and RAM disk to their places. The command line is for the kernel alone: what asks
+// something of a loader there (vga=, mem=) is not done.
 void loadSystem(const BootConfiguration& configuration, const MemoryMap& map);
 
 void requireKernel(const char* name, const KernelHeader& header, std::uint32_t fileSize);

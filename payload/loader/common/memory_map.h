@@ -24,6 +24,7 @@ struct MemoryEntry {
   std::uint32_t type = 0;
 };
 inline constexpr std::uint32_t kUsableMemory = 1;
+inline constexpr std::uint32_t kReservedMemory = 2;
 
 class MemoryMap {
  public:
@@ -32,6 +33,7 @@ class MemoryMap {
   // Entries may come in any order and overlap: what one of them reserves is not used. Of an entry
   // beyond 4 GB only what is below counts. Returns false when there is no room for more.
   bool add(const MemoryEntry& entry);
+  void clear() { count_ = 0; }
 
   // Up to where memory is usable from this address on without a gap; the address itself when it is
   // not.

@@ -7,7 +7,8 @@
 
 namespace omniset::loader {
 
-// What the BIOS tells. Fails when too little is free below 640 KB.
+// What the BIOS tells; nothing above 16 MB where its copying does not come so far. Fails when too
+// little is free below 640 KB. Writes to kTransferAt.
 void surveyMemory(MemoryMap& map);
 
 // Copy upwards, so that a move to a lower address may overlap. Odd counts are rounded up: one byte

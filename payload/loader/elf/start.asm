@@ -32,6 +32,8 @@ start:
         and eax, 0x7FFFFFFE             ; neither paging nor protection
         mov cr0, eax
         jmp 0:.real
+
+        section .text
 .real:
         xor eax, eax
         mov ds, ax

@@ -30,15 +30,8 @@ void printAddresses() {
 
 }  // namespace
 
-// The ROM lets go of the card, so that nothing writes into memory any more. What a ROM cannot do of
-// this it cannot; there is no other way.
 extern "C" void closeHardware() {
-  if (romEntry == 0) return;
-  for (const RomFunction function :
-       {RomFunction::kShutDownCard, RomFunction::kUnloadStack, RomFunction::kStopCard}) {
-    RomParameters parameters;
-    romCall(function, &parameters);
-  }
+  leaveRom();
 }
 
 extern "C" [[noreturn]] void networkBoot() {

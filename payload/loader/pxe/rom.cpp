@@ -26,16 +26,21 @@ struct Structure {
 constexpr Structure kNewStructure{"!PXE", 4, 16};
 constexpr Structure kOldStructure{"PXENV+", 8, 10};
 
+// Of the old structure. Older ROMs have another function that ends their work.
+constexpr std::size_t kVersion = 6;
+constexpr std::uint16_t kVersionWithStop = 0x0201;
+
+RomFunction lastFunction = RomFunction::kStopCard;
+
 using Bytes = std::array<std::uint8_t, 256>;
 
 std::uint32_t u32(const Bytes& bytes, std::size_t at) {
   return numberAt<std::uint32_t>(&bytes[at]);
 }
 
-// Takes the entry when this is such a structure.
-bool takeEntry(FarAddress address, const Structure& structure) {
-  Bytes bytes;
-  readMemory(bytes.data(), physicalAddress(address), bytes.size());
+// Takes the entry when this is such a structure, whose bytes are then in `bytes`.
+bool takeEntry(FarAddress address, const Structure& structure, Bytes& bytes) {
+  readMemory(bytes.data(), physicalAddress(address), sizeof bytes);
   for (std::size_t i = 0; structure.signature[i] != 0; ++i) {
     if (bytes[i] != static_cast<std::uint8_t>(structure.signature[i])) return false;
   }
@@ -67,9 +72,24 @@ bool readCached(PacketType type) {
 }  // namespace
 
 void findRom() {
-  if (takeEntry(newStructureAt, kNewStructure)) return;
-  if (takeEntry(oldStructureAt, kOldStructure)) return;
-  fail("This program was not started by a network boot ROM (PXE).");
+  Bytes bytes;
+  lastFunction = RomFunction::kStopCard;
+  if (takeEntry(newStructureAt, kNewStructure, bytes)) return;
+  if (!takeEntry(oldStructureAt, kOldStructure, bytes)) {
+    fail("This program was not started by a network boot ROM (PXE).");
+  }
+  if (numberAt<std::uint16_t>(&bytes[kVersion]) < kVersionWithStop) {
+    lastFunction = RomFunction::kCleanUpCard;
+  }
+}
+
+void leaveRom() {
+  if (romEntry == 0) return;
+  for (const RomFunction function :
+       {RomFunction::kShutDownCard, RomFunction::kUnloadStack, lastFunction}) {
+    RomParameters parameters;
+    romCall(function, &parameters);
+  }
 }
 
 void readAddresses() {

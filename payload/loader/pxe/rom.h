@@ -16,6 +16,7 @@ constexpr std::uint32_t physicalAddress(FarAddress address) {
 }
 
 enum class RomFunction : std::uint16_t {
+  kCleanUpCard = 0x02,  // before version 2.1 in place of kStopCard
   kShutDownCard = 0x05,
   kStopCard = 0x15,
   kTftpOpen = 0x20,
@@ -79,6 +80,10 @@ std::uint32_t romCall(RomFunction function, void* parameters);
 
 // Finds the ROM's entry; fails when there is none.
 void findRom();
+
+// The ROM lets go of the card, so that nothing writes into memory any more. What a ROM cannot do of
+// this it cannot; there is no other way. Does nothing before the ROM was found.
+void leaveRom();
 
 // The addresses that the ROM's server gave, in the byte order of the network.
 struct NetworkAddresses {

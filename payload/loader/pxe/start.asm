@@ -12,6 +12,8 @@
         section .start
 start:
         jmp 0:.here
+
+        section .text
 .here:  cld
         mov bp, sp
         mov ecx, [ss:bp + 4]            ; "!PXE"
@@ -34,8 +36,6 @@ start:
         mov [newStructureAt], ebx
         call dword networkBoot
 
-        section .text
-
 ; romCall(EAX = function, EDX = parameters) -> EAX = 0 when all is well.
 ; An entry of the new kind takes its arguments from the stack, one of the old kind from registers.
 romCall:
@@ -47,6 +47,7 @@ romCall:
         push ax
         call far [romEntry]
         add sp, 6
+        movzx esp, sp                   ; as behind calls of the BIOS
         push word 0                     ; some ROMs change the segments
         pop ds
         push word 0

@@ -10,8 +10,6 @@ namespace omniset::loader {
 namespace {
 
 constexpr std::uint16_t kBlock = 512;
-// The largest block that a frame of Ethernet holds.
-constexpr std::uint16_t kMostBlock = 1468;
 
 constexpr std::uint16_t swapped(std::uint16_t value) {
   return static_cast<std::uint16_t>(value << 8 | value >> 8);
@@ -64,8 +62,9 @@ void openFile(const char* name) {
   file.packetSize = kBlock;
   hasEnded = false;
   call(RomFunction::kTftpOpen, file);
-  // Of a file without a byte a ROM may tell a size that there is not.
-  if (file.packetSize == 0 || file.packetSize > kMostBlock) file.packetSize = kBlock;
+  // A server may answer with smaller blocks than were asked for, never with larger ones: a ROM that
+  // tells of such tells what it could take itself.
+  if (file.packetSize == 0 || file.packetSize > kBlock) file.packetSize = kBlock;
 }
 
 // The block that ends the file is shorter than the others; it may be empty.
@@ -79,9 +78,10 @@ std::uint32_t readFile() {
   return filled;
 }
 
+// The file is here, whatever the ROM says: some have closed it with the last block and fail now.
 void closeFile() {
   RomParameters parameters;
-  call(RomFunction::kTftpClose, parameters);
+  romCall(RomFunction::kTftpClose, &parameters);
 }
 
 }  // namespace omniset::loader

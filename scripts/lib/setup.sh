@@ -10,8 +10,8 @@ NATIVE_PACKAGES=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-de
   nlohmann-json3-dev linux-source-6.1 gcc make flex bison bc xz-utils nasm libarchive-tools
   lib32gcc-12-dev lib32stdc++-12-dev)
 NETWORK_PACKAGES=(iproute2)
-# Clients of other makers for the boot images.
-TFTP_PACKAGES=(curl atftp tftp-hpa)
+# Clients of other makers for the boot images, and the names of ports that they look up.
+TFTP_PACKAGES=(curl atftp tftp-hpa netbase)
 WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest wine wine64)
 SCREEN_PACKAGES=(xvfb xauth openbox imagemagick fonts-wine fonts-liberation)
 # Virtual PCs, and what reads their disks.

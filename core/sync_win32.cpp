@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "core/error.h"
+#include "core/rest_win32.h"
 #include "core/sync.h"
 
 namespace omniset {
@@ -12,7 +13,11 @@ namespace {
 // False when the time ran out. An abandoned mutex counts as obtained.
 bool waitForObject(HANDLE handle, int timeoutMs) {
   const DWORD limit = timeoutMs == kForever ? INFINITE : static_cast<DWORD>(timeoutMs);
-  const DWORD result = WaitForSingleObject(handle, limit);
+  DWORD result;
+  {
+    const Rest rest;
+    result = WaitForSingleObject(handle, limit);
+  }
   if (result == WAIT_FAILED) throw Error("Object WaitForSingleObject");
   return result != WAIT_TIMEOUT;
 }

@@ -1,10 +1,13 @@
 #include <windows.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
+#include <mutex>
 #include <stdexcept>
 
 #include "core/error.h"
+#include "core/rest_win32.h"
 #include "core/thread.h"
 #include "core/trace.h"
 
@@ -13,6 +16,8 @@ namespace omniset {
 struct ThreadBase::Native {
   HANDLE handle = nullptr;
   std::atomic<bool> jobEnded = false;
+  // Held by the thread, but while it rests.
+  std::timed_mutex working;
   // The owner's earlier thread, if that one ignored its stop event.
   std::shared_ptr<Native> before;
 
@@ -21,6 +26,7 @@ struct ThreadBase::Native {
     if (handle) CloseHandle(handle);
     handle = nullptr;
   }
+  void end();
 };
 
 namespace {
@@ -30,6 +36,12 @@ constexpr DWORD kTerminatedExitCode = 0xFFFFFFFF;
 // TerminateThread returns before the thread is gone. One that is stuck inside the system may never
 // go, but then it touches nothing of the program either.
 constexpr DWORD kEndLimitMs = 5000;
+
+// For a thread to come to a rest, and from there into the wait itself.
+constexpr std::chrono::seconds kRestLimit{2};
+constexpr DWORD kSettlingMs = 20;
+
+thread_local std::timed_mutex* workingOfThisThread = nullptr;
 
 using Body = std::function<void()>;
 
@@ -46,12 +58,26 @@ bool isActive(HANDLE thread) {
 
 }  // namespace
 
+Rest::Rest() {
+  if (workingOfThisThread) workingOfThisThread->unlock();
+}
+
+// What the wait has left as its error is for its caller.
+Rest::~Rest() {
+  const DWORD error = GetLastError();
+  if (workingOfThisThread) workingOfThisThread->lock();
+  SetLastError(error);
+}
+
 void ThreadBase::start() {
   if (started_) throw std::runtime_error("thread already started");
   auto native = std::make_shared<Native>();
   if (native_ && isActive(native_->handle)) native->before = native_;
-  auto body = std::make_unique<Body>(
-      [this, native, name = name_] { threadEntry(*this, name, GetCurrentThreadId(), *native); });
+  auto body = std::make_unique<Body>([this, native, name = name_] {
+    const std::lock_guard working(native->working);
+    workingOfThisThread = &native->working;
+    threadEntry(*this, name, GetCurrentThreadId(), *native);
+  });
   DWORD id = 0;
   native->handle = CreateThread(nullptr, 0, enterThread, body.get(), 0, &id);
   if (!native->handle) throw Error("CreateThread");
@@ -87,15 +113,26 @@ void ThreadBase::jobEnded(Native& native) {
 // Threads can be ended here, and a share that one of them held would then never be given back.
 void ThreadBase::keepJob(std::shared_ptr<const void> /*job*/) {}
 
+// Ends the thread where it rests. One that never does is ended where it is: better a program that
+// may hang at its end than one that surely does.
+void ThreadBase::Native::end() {
+  const bool rests = working.try_lock_for(kRestLimit);
+  if (rests) Sleep(kSettlingMs);
+  if (jobEnded) WaitForSingleObject(handle, kEndLimitMs);
+  if (isActive(handle)) {
+    TerminateThread(handle, kTerminatedExitCode);
+    WaitForSingleObject(handle, kEndLimitMs);
+  }
+  if (rests) working.unlock();
+}
+
 void ThreadBase::terminateIfActive() {
   for (; native_; native_ = native_->before) {
-    const HANDLE thread = native_->handle;
-    // Terminated now, it might leave behind a lock of the trace or of the system for ever.
-    if (native_->jobEnded) WaitForSingleObject(thread, kEndLimitMs);
-    if (isActive(thread)) {
+    // With its job ended it has only its last lines to trace.
+    if (native_->jobEnded) WaitForSingleObject(native_->handle, kEndLimitMs);
+    if (isActive(native_->handle)) {
       traceLine("thread still active, terminating");
-      TerminateThread(thread, kTerminatedExitCode);
-      WaitForSingleObject(thread, kEndLimitMs);
+      native_->end();
     }
     native_->close();
   }

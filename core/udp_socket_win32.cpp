@@ -1,6 +1,7 @@
 #include <winsock.h>
 
 #include "core/error.h"
+#include "core/rest_win32.h"
 #include "core/udp_socket.h"
 
 namespace omniset {
@@ -55,7 +56,11 @@ class WinsockUdpSocket : public UdpSocket {
     readable.fd_count = 1;
     readable.fd_array[0] = socket_;
     timeval limit{static_cast<long>(timeout / kSecond), static_cast<long>(timeout % kSecond)};
-    const int ready = select(0, &readable, nullptr, nullptr, timeout != 0 ? &limit : nullptr);
+    int ready;
+    {
+      const Rest rest;
+      ready = select(0, &readable, nullptr, nullptr, timeout != 0 ? &limit : nullptr);
+    }
     if (ready == SOCKET_ERROR) throw SocketExc(failure);
     return ready > 0;
   }

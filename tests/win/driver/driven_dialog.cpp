@@ -10,6 +10,13 @@ namespace omniset::test {
 
 namespace {
 
+GUITHREADINFO threadState(HWND window) {
+  GUITHREADINFO state{};
+  state.cbSize = sizeof state;
+  GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &state);
+  return state;
+}
+
 BOOL CALLBACK appendChild(HWND child, LPARAM list) {
   reinterpret_cast<std::vector<HWND>*>(list)->push_back(child);
   return TRUE;
@@ -115,15 +122,22 @@ void DrivenDialog::click(int id) {
 void DrivenDialog::focus(int id) {
   const HWND wanted = requireEnabled(id);
   post(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(wanted), TRUE);
-  waitUntil("control " + std::to_string(id) + " has the focus", [&] { return hasFocus(id); });
+  awaitFocus(id);
 }
 
 bool DrivenDialog::hasFocus(int id) const {
   const HWND wanted = control(id);
-  GUITHREADINFO information{};
-  information.cbSize = sizeof information;
-  return GetGUIThreadInfo(GetWindowThreadProcessId(window_, nullptr), &information) &&
-         (information.hwndFocus == wanted || IsChild(wanted, information.hwndFocus));
+  const HWND focused = threadState(window_).hwndFocus;
+  return focused == wanted || IsChild(wanted, focused);
+}
+
+// When a box closes, a busy screen without a window manager may leave the program in the
+// background.
+void DrivenDialog::awaitFocus(int id) const {
+  waitUntil("control " + std::to_string(id) + " has the focus", [&] {
+    if (!threadState(window_).hwndActive) SetForegroundWindow(window_);
+    return hasFocus(id);
+  });
 }
 
 void DrivenDialog::press(int id, int virtualKey) {

@@ -45,8 +45,9 @@ class DrivenDialog {
   void click(int id);
   // Moves the focus there, as the tab key does.
   void focus(int id);
-  // Also when a part of the control has it.
-  bool hasFocus(int id) const;
+  // Also for a part of the control. Brings the dialog forward if the program has no window in
+  // front.
+  void awaitFocus(int id) const;
   // A key that goes down and up in the control.
   void press(int id, int virtualKey);
   // Replaces what is in the field, key by key.
@@ -69,6 +70,7 @@ class DrivenDialog {
 
  private:
   HWND requireEnabled(int id) const;
+  bool hasFocus(int id) const;
 
   HWND window_;
   std::shared_ptr<Process> process_;

@@ -183,7 +183,7 @@ TEST_F(NetBooting, WhatIsNoAddressIsRefusedAndTheFieldEmptied) {
     dialog.type(IDC_BOOT_CLIENT_ADDRESS, text);
     dialog.focus(IDC_NET_BOOTING_OK);
     expectRefused(dialog);
-    waitUntil("the field has the focus", [&] { return dialog.hasFocus(IDC_BOOT_CLIENT_ADDRESS); });
+    dialog.awaitFocus(IDC_BOOT_CLIENT_ADDRESS);
   }
   expectRefused(dialog);
   dialog.type(IDC_BOOT_CLIENT_ADDRESS, kNearby);
@@ -200,8 +200,7 @@ TEST_F(NetBooting, WhatIsNoAddressIsRefusedInTheGreyedFieldToo) {
   dialog.focus(IDC_NET_BOOTING_OK);
   expectRefused(dialog);
   EXPECT_FALSE(dialog.isEnabled(IDC_BOOT_CLIENT_ADDRESS));
-  waitUntil("the box that enables the field has the focus",
-            [&] { return dialog.hasFocus(IDC_BOOT_SERVER_ENABLED); });
+  dialog.awaitFocus(IDC_BOOT_SERVER_ENABLED);
   expectRefused(dialog);
   dialog.click(IDC_NET_BOOTING_CANCEL);
   dialog.awaitClosed();

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <iostream>
 
 #include "tests/fakes/temp_folder.h"
 
 namespace omniset::test {
 
 namespace {
+
+constexpr std::size_t kTraceLinesShown = 20;
 
 std::string required(const char* variable) {
   const char* value = std::getenv(variable);
@@ -42,9 +45,22 @@ void WindowTest::SetUp() {
 }
 
 void WindowTest::TearDown() {
-  if (HasFailure()) host().request({"picture", name_});
+  if (HasFailure()) {
+    host().request({"picture", name_});
+    showTrace();
+  }
   window_.reset();
   host().request({"stop-all"});
+}
+
+void WindowTest::showTrace() {
+  if (!window_) return;
+  const Texts lines = window().process().outputLines();
+  std::cout << "The program's trace ends so:\n";
+  const std::size_t shown = std::min<std::size_t>(lines.size(), kTraceLinesShown);
+  for (auto line = lines.end() - static_cast<std::ptrdiff_t>(shown); line != lines.end(); ++line) {
+    std::cout << "  " << *line << "\n";
+  }
 }
 
 void WindowTest::startWindow() {

@@ -78,6 +78,7 @@ class WindowTest : public ::testing::Test {
   std::string folder_;
 
  private:
+  void showTrace();
   std::string traceFile() { return path("trace-" + std::to_string(++starts_) + ".txt"); }
 
   std::unique_ptr<WindowUnderTest> window_;

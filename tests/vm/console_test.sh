@@ -63,12 +63,12 @@ the_serial_console_shows_the_progress() {
 }
 
 # goes_on_with COMMAND...: what the command does to a console of the PC in the middle of the transfer
-# does not hold the installation up, which is over and the PC restarted in a few seconds.
+# does not hold the installation up.
 goes_on_with() {
   large_package
   start_pc pc || return 1
   begin_install --first 1
-  vm_await pc "Receiving $LARGE" && "$@" && vm_await_reboot pc 20 &&
+  vm_await pc "Receiving $LARGE" && "$@" && vm_await_reboot pc &&
     has_disk "$(disk_of pc)" "$(vm_mac pc)"
 }
 

@@ -59,7 +59,10 @@ HWND DrivenDialog::control(int id) const {
   return found;
 }
 
+// A program in the middle of changing its controls answers when it is done: what is read after the
+// answer belongs together with what was read before.
 bool DrivenDialog::isEnabled(int id) const {
+  ask(window_, WM_NULL);
   return IsWindowEnabled(control(id));
 }
 

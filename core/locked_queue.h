@@ -19,6 +19,14 @@ class LockedQueue {
     notEmpty_.set();
   }
 
+  // In place of whatever waits: a reader that comes late sees the latest alone.
+  void pushLatest(T item, int timeoutMs = kForever) {
+    const ScopedLock lock(mutex_, timeoutMs);
+    items_.clear();
+    items_.push_back(std::move(item));
+    notEmpty_.set();
+  }
+
   // The oldest item, or nothing.
   std::optional<T> pop(int timeoutMs = kForever) {
     const ScopedLock lock(mutex_, timeoutMs);

@@ -5,17 +5,18 @@
 # Used by the scripts that source this file.
 # shellcheck disable=SC2034
 {
-# The command line carries the boot images: kernel, loaders and the 32-bit agent.
+# The command line carries the boot images: kernel, loaders and the 32-bit agent. It makes disks with
+# the programs of dosfstools and mtools.
 NATIVE_PACKAGES=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev
   nlohmann-json3-dev linux-source-6.1 gcc make flex bison bc xz-utils nasm libarchive-tools
-  lib32gcc-12-dev lib32stdc++-12-dev)
+  lib32gcc-12-dev lib32stdc++-12-dev dosfstools mtools)
 NETWORK_PACKAGES=(iproute2)
 # Clients of other makers for the boot images, and the names of ports that they look up.
 TFTP_PACKAGES=(curl atftp tftp-hpa netbase)
 WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest wine wine64)
 SCREEN_PACKAGES=(xvfb xauth openbox imagemagick fonts-wine fonts-liberation)
 # Virtual PCs, and what reads their disks.
-VM_PACKAGES=(qemu-system-x86 ipxe-qemu seabios mtools dosfstools fdisk)
+VM_PACKAGES=(qemu-system-x86 ipxe-qemu seabios fdisk)
 CHECK_PACKAGES=(git clang-format)
 FUZZ_PACKAGES=(clang libclang-rt-14-dev)
 }

@@ -1,0 +1,98 @@
+#include "media/drive_checks.h"
+
+#include <array>
+
+#include "core/error.h"
+#include "core/path.h"
+#include "media/image_file.h"
+
+namespace omniset {
+
+namespace {
+
+constexpr std::uint64_t kKilobyte = 1024;
+constexpr std::uint64_t kMegabyte = 1024 * kKilobyte;
+
+// The script of a baud rate alone, and a folder entry's share of the root folder.
+constexpr std::uint64_t kShortFile = 64;
+
+// No format command takes larger clusters for a FAT volume of this size.
+std::uint64_t largestCluster(std::uint64_t driveBytes) {
+  if (driveBytes <= 32 * kMegabyte) return 4 * kKilobyte;
+  if (driveBytes <= 512 * kMegabyte) return 16 * kKilobyte;
+  if (driveBytes <= 2048 * kMegabyte) return 32 * kKilobyte;
+  return 64 * kKilobyte;
+}
+
+// Two file allocation tables, the root folder, reserved sectors.
+std::uint64_t tableBytes(std::uint64_t driveBytes) {
+  return driveBytes <= 16 * kMegabyte ? 64 * kKilobyte : 320 * kKilobyte;
+}
+
+std::uint64_t sizeOf(const MediaServices& services, const std::string& path) {
+  try {
+    return fileSize(*services.volumes, path);
+  } catch (const Failure& failure) {
+    throw Failure(failure.what() + (": " + path));
+  }
+}
+
+std::string unusable(const std::string& drive, const DriveFacts& facts) {
+  if (!facts.obstacle.empty()) return drive + " cannot be used: " + facts.obstacle + ".";
+  if (facts.bytes == 0) return drive + " cannot be used: there is no medium in it.";
+  return {};
+}
+
+std::vector<std::uint64_t> sizesFor(const RInfo& what, const MediaServices& services) {
+  std::vector<std::uint64_t> sizes;
+  for (const int image : {kKernelImage, kRamDiskImage, kDiskLoaderImage, kDiskConfigurationImage}) {
+    sizes.push_back(services.loadImage(image).length);
+  }
+  for (const std::string& name : what.packageFiles) {
+    sizes.push_back(sizeOf(services, joinPath(what.packageDirectory, name)));
+  }
+  sizes.push_back(kShortFile + (what.useScriptFile ? sizeOf(services, what.scriptFile) : 0));
+  return sizes;
+}
+
+}  // namespace
+
+std::uint64_t bytesNeeded(const std::vector<std::uint64_t>& fileSizes, std::uint64_t driveBytes) {
+  const std::uint64_t cluster = largestCluster(driveBytes);
+  std::uint64_t needed = tableBytes(driveBytes);
+  for (const std::uint64_t size : fileSizes) needed += (size + cluster - 1) / cluster * cluster;
+  return needed;
+}
+
+std::string driveObstacle(const std::string& drive, const DriveFacts& facts, const RInfo& what,
+                          const MediaServices& services) {
+  if (const std::string reason = unusable(drive, facts); !reason.empty()) return reason;
+  if (facts.bytes > kLargestDrive) {
+    return drive + " cannot be used: it has " + driveSizeText(facts.bytes) +
+           ", and no more than 4 GB can be formatted with FAT16. Make a smaller partition on it.";
+  }
+  const std::uint64_t needed = bytesNeeded(sizesFor(what, services), facts.bytes);
+  if (needed <= facts.bytes) return {};
+  return drive + " is too small: it has " + driveSizeText(facts.bytes) + ", and " +
+         driveSizeText(needed) + " are needed. Use a larger one, or select fewer packages.";
+}
+
+std::string floppyObstacle(const std::string& drive, const DriveFacts& facts) {
+  if (const std::string reason = unusable(drive, facts); !reason.empty()) return reason;
+  if (facts.bytes >= kFloppyBytes) return {};
+  return drive + " is too small: it has " + driveSizeText(facts.bytes) +
+         ", and a floppy of 1440 KB is needed.";
+}
+
+std::string driveSizeText(std::uint64_t bytes) {
+  if (bytes < 10 * kMegabyte) return std::to_string(bytes / kKilobyte) + " KB";
+  if (bytes < 10 * 1024 * kMegabyte) return std::to_string(bytes / kMegabyte) + " MB";
+  return std::to_string(bytes / (1024 * kMegabyte)) + " GB";
+}
+
+std::string driveDescription(const std::string& drive, const DriveFacts& facts) {
+  const std::string label = facts.label.empty() ? "no label" : "label \"" + facts.label + "\"";
+  return drive + " (" + driveSizeText(facts.bytes) + ", " + label + ")";
+}
+
+}  // namespace omniset

@@ -1,0 +1,35 @@
+// What is looked at before the first byte of a drive is written.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "media/drive_maker.h"
+#include "media/media_services.h"
+#include "media/volumes.h"
+
+namespace omniset {
+
+// The largest drive that FAT16 can fill.
+constexpr std::uint64_t kLargestDrive = std::uint64_t{4} << 30;
+constexpr std::uint64_t kFloppyBytes = 1'474'560;
+
+// Bytes that files of these sizes take on a drive of so many bytes, with what a FAT volume needs
+// for itself; rather too many than too few.
+std::uint64_t bytesNeeded(const std::vector<std::uint64_t>& fileSizes, std::uint64_t driveBytes);
+
+// Why the drive cannot be made into such a disk or floppy, as a sentence for the operator that
+// names the drive; empty when nothing hinders. Writes nothing. Raises Error of loadImage, and
+// Failure "Cannot open file: " with the name for a package or a script that is not there.
+std::string driveObstacle(const std::string& drive, const DriveFacts& facts, const RInfo& what,
+                          const MediaServices& services);
+std::string floppyObstacle(const std::string& drive, const DriveFacts& facts);
+
+// "512 MB", "1440 KB".
+std::string driveSizeText(std::uint64_t bytes);
+
+// The drive with its size and label, such as `E:\ (512 MB, label "KESTRIX")`.
+std::string driveDescription(const std::string& drive, const DriveFacts& facts);
+
+}  // namespace omniset

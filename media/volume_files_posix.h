@@ -1,0 +1,16 @@
+// Files in the root folder of a FAT volume that is not mounted, by the programs of mtools.
+#pragma once
+
+#include <string>
+
+#include "media/volumes.h"
+
+namespace omniset {
+
+// The volume covers the whole of `device`, a block device or an image file. Both return null when
+// the volume or the file is not there, createFileOnVolume() also when kNew finds one.
+DevicePtr createFileOnVolume(const std::string& device, const std::string& name,
+                             Volumes::Creation creation);
+DevicePtr openFileOnVolume(const std::string& device, const std::string& name);
+
+}  // namespace omniset

@@ -1,0 +1,75 @@
+#include "media/drive_checks.h"
+
+#include "core/error.h"
+#include "tests/media/media_fixture.h"
+
+namespace omniset::test {
+namespace {
+
+using ::testing::HasSubstr;
+
+constexpr std::uint64_t kMegabyte = 1 << 20;
+
+class DriveChecks : public MediaFixture {
+ protected:
+  std::string obstacle(const DriveFacts& facts) {
+    const std::string found =
+        driveObstacle("E:\\", facts, plainInfo(), fakeServices(volumes, format));
+    for (const std::string& call : volumes.calls) {
+      EXPECT_THAT(call, ::testing::Not(::testing::AnyOf(HasSubstr("write"), HasSubstr("create"))));
+    }
+    return found;
+  }
+};
+
+TEST_F(DriveChecks, FindNothingAgainstADriveThatIsLargeEnough) {
+  EXPECT_EQ(obstacle({32 * kMegabyte, "", "", ""}), "");
+}
+
+TEST_F(DriveChecks, TellWhatHindersTheDrive) {
+  EXPECT_EQ(obstacle({32 * kMegabyte, "", "", "it is mounted on /home"}),
+            "E:\\ cannot be used: it is mounted on /home.");
+  EXPECT_EQ(obstacle({}), "E:\\ cannot be used: there is no medium in it.");
+}
+
+TEST_F(DriveChecks, RefuseADriveThatIsTooSmallWithBothSizes) {
+  volumes.files[joinPath("packages", "system-2.9.bdl")].resize(32 * kMegabyte);
+  EXPECT_THAT(obstacle({32 * kMegabyte, "", "", ""}),
+              HasSubstr("E:\\ is too small: it has 32 MB, and 32 MB are needed."));
+  EXPECT_EQ(obstacle({40 * kMegabyte, "", "", ""}), "");
+}
+
+TEST_F(DriveChecks, RefuseADriveThatFat16CannotFill) {
+  EXPECT_THAT(obstacle({kLargestDrive + 512, "", "", ""}), HasSubstr("no more than 4 GB"));
+  EXPECT_EQ(obstacle({kLargestDrive, "", "", ""}), "");
+}
+
+TEST_F(DriveChecks, NameAPackageThatIsGone) {
+  volumes.files.erase(joinPath("packages", "system-2.9.bdl"));
+  try {
+    obstacle({32 * kMegabyte, "", "", ""});
+    FAIL() << "nothing was raised";
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.what(), "Cannot open file: " + joinPath("packages", "system-2.9.bdl"));
+  }
+}
+
+TEST_F(DriveChecks, CountWholeClusters) {
+  EXPECT_EQ(bytesNeeded({1, 4096, 4097}, 32 * kMegabyte) - bytesNeeded({}, 32 * kMegabyte),
+            4u * 4096);
+}
+
+TEST_F(DriveChecks, WantAFloppyOf1440Kilobytes) {
+  EXPECT_EQ(floppyObstacle("A:\\", {kFloppyBytes, "", "", ""}), "");
+  EXPECT_EQ(floppyObstacle("A:\\", {720 * 1024, "", "", ""}),
+            "A:\\ is too small: it has 720 KB, and a floppy of 1440 KB is needed.");
+}
+
+TEST_F(DriveChecks, DescribeADriveWithSizeAndLabel) {
+  EXPECT_EQ(driveDescription("E:\\", {512 * kMegabyte, "KESTRIX", "", ""}),
+            "E:\\ (512 MB, label \"KESTRIX\")");
+  EXPECT_EQ(driveDescription("E:\\", {16384 * kMegabyte, "", "", ""}), "E:\\ (16 GB, no label)");
+}
+
+}  // namespace
+}  // namespace omniset::test

@@ -35,6 +35,7 @@ TEST(LoadBootImage, ThatOfTheNetworkHasFourLines) {
 }
 
 TEST(LoadBootImage, TheLoadersHaveTheLengthsThatAreToldOfThem) {
+  EXPECT_EQ(loadBootImage(kDiskLoaderImage).length, 7836u);
   EXPECT_EQ(loadBootImage(kNetworkBootProgramImage).length, 10824u);
   EXPECT_EQ(loadBootImage(kEtherbootImage).length, 22396u);
 }
@@ -49,6 +50,12 @@ TEST(LoadBootImage, EachIsWhatItIsTakenFor) {
   EXPECT_EQ(asText(loadBootImage(kEtherbootImage).bytes().first(4)),
             "\x7F"
             "ELF");
+}
+
+TEST(LoadBootImage, EveryNumberOfTheCatalogueIsThere) {
+  for (int number = kKernelImage; number <= kEtherbootImage; ++number) {
+    EXPECT_GT(loadBootImage(number).length, 0u) << number;
+  }
 }
 
 TEST(LoadBootImage, CopiesNothing) {

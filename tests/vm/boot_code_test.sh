@@ -2,35 +2,18 @@
 # Virtual PCs that start from disks with the installer system's boot code and packages that brought
 # none of their own.
 set -u
-# shellcheck source=scripts/lib/setup.sh
-. "$(dirname "$0")/../../scripts/lib/setup.sh"
-# shellcheck source=tests/run_tests.sh
-. tests/run_tests.sh
+# shellcheck source=tests/vm/bare_pc.sh
+. "$(dirname "$0")/bare_pc.sh"
 
 INSTALLED="This disk holds packages that Omniset installed."
 PRESS="Press a key to restart."
 MIB64=$((64 << 20))
-
-pc=
-reader=
-WORK=$(mktemp -d)
-CODE=$(mktemp -d)
-
-cleanup() {
-  stop_pc
-  rm -rf "$WORK" "$CODE"
-}
-trap cleanup EXIT
-trap 'exit 130' INT TERM
 
 assemble() {
   nasm -f bin -I payload/boot/ -o "$CODE/mbr" payload/boot/mbr.asm &&
     nasm -f bin -I payload/boot/ -o "$CODE/volume" payload/boot/volume.asm &&
     nasm -f bin -o "$CODE/no_extensions" tests/vm/no_extensions.asm
 }
-
-# put BYTES_FILE IMAGE OFFSET
-put() { dd if="$1" of="$2" bs=1 seek="$3" conv=notrunc status=none; }
 
 # make_disk SIZE TABLE [VOLUME_SECTOR]: $WORK/disk with that partition table (lines as for sfdisk)
 # and a volume at the sector.
@@ -46,27 +29,8 @@ make_disk() {
 
 installed_disk() { make_disk $MIB64 '2048,,6,*' 2048; }
 
-# start_pc ARGUMENT...: leaves its process in pc; its monitor reads from descriptor 8.
-start_pc() {
-  rm -f "$WORK/monitor"
-  mkfifo "$WORK/monitor"
-  qemu-system-x86_64 -accel tcg -m 32 -nodefaults -vga std -display none -no-reboot \
-    -monitor stdio "$@" <"$WORK/monitor" >"$WORK/qemu.log" 2>&1 &
-  pc=$!
-  exec 8>"$WORK/monitor"
-}
-
 before_tests() {
   assemble || die "The boot code could not be assembled."
-}
-
-after_each_test() { stop_pc; }
-
-stop_pc() {
-  exec 8>&-
-  [ -z "$pc" ] || { kill "$pc" 2>/dev/null && wait "$pc" 2>/dev/null; }
-  [ -z "$reader" ] || { kill "$reader" 2>/dev/null && wait "$reader" 2>/dev/null; }
-  pc='' reader=
 }
 
 # boot ARGUMENT...: a PC with the disk on IDE and a serial port that is written to $WORK/serial.
@@ -74,51 +38,9 @@ boot() {
   start_pc -serial "file:$WORK/serial" -drive "file=$WORK/disk,format=raw,if=ide" "$@"
 }
 
-# within SECONDS COMMAND...: the command succeeds before the time is over.
-within() {
-  local left=$(($1 * 10))
-  shift
-  until "$@"; do
-    [ $((left -= 1)) -gt 0 ] || return 1
-    sleep 0.1
-  done
-}
-
-serial_says() {
-  within 20 grep -qsF -- "$1" "$WORK/serial" && return 0
-  say "expected \"$1\" on the serial port, which says:"
-  tail -n 15 "$WORK/serial" "$WORK/qemu.log"
-  return 1
-}
-
-screen_holds() {
-  rm -f "$WORK/screen"
-  printf 'pmemsave 0xb8000 4000 "%s"\n' "$WORK/screen" >&8
-  sleep 0.2
-  # Every second byte is a colour; lines follow each other without an end.
-  tr -dc '[:print:]' <"$WORK/screen" >"$WORK/screen.txt" 2>/dev/null
-  grep -qF -- "$1" "$WORK/screen.txt"
-}
-
-screen_says() {
-  within 20 screen_holds "$1" && return 0
-  say "expected \"$1\" on the screen, which says:"
-  cat "$WORK/screen.txt" "$WORK/qemu.log"
-  return 1
-}
-
 # both_say TEXT: screen and serial port say it and ask for a key.
 both_say() {
   serial_says "$1" && serial_says "$PRESS" && screen_says "$1" && screen_says "$PRESS"
-}
-
-has_ended() { ! kill -0 "$pc" 2>/dev/null; }
-
-# A PC that is not to be restarted ends instead.
-restarts() {
-  within 10 has_ended && return 0
-  say "the PC did not restart"
-  return 1
 }
 
 an_installed_disk_on_ide_says_what_it_is() {
@@ -187,7 +109,7 @@ a_key_on_the_keyboard_restarts_the_pc() {
   installed_disk && boot && serial_says "$PRESS" || return 1
   sleep 2
   ! has_ended || { say "it did not wait for a key"; return 1; }
-  printf 'sendkey spc\n' >&8
+  press spc
   restarts
 }
 
@@ -207,7 +129,7 @@ without_a_serial_port_the_screen_says_it_and_a_key_restarts() {
     screen_says "$INSTALLED" && screen_says "$PRESS" || return 1
   sleep 2
   ! has_ended || { say "it did not wait for a key"; return 1; }
-  printf 'sendkey ret\n' >&8
+  press ret
   restarts
 }
 

@@ -1,5 +1,7 @@
 #include "payload/loader/common/configuration.h"
 
+#include "payload/loader/common/letters.h"
+
 namespace omniset::loader {
 namespace {
 
@@ -34,10 +36,6 @@ std::string_view trimmed(std::string_view text) {
   skipBlanks(text);
   while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
   return text;
-}
-
-constexpr char capital(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
 }
 
 // The keyword is given in capitals.

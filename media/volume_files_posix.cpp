@@ -122,12 +122,16 @@ bool lists(const std::string& listing, const std::string& name) {
   return false;
 }
 
+bool mayBeNew(const std::string& device, const std::string& name) {
+  const auto present = listing(device);
+  return present && !lists(*present, name);
+}
+
 }  // namespace
 
 DevicePtr createFileOnVolume(const std::string& device, const std::string& name,
                              Volumes::Creation creation) {
-  const auto present = listing(device);
-  if (!present || (creation == Volumes::Creation::kNew && lists(*present, name))) return nullptr;
+  if (creation == Volumes::Creation::kNew && !mayBeNew(device, name)) return nullptr;
   auto stream = makeStream();
   if (!stream) return nullptr;
   auto process = ChildProcess::start({findProgram("mcopy"), "-o", "-i", device, "-", "::" + name},

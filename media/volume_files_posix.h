@@ -7,8 +7,9 @@
 
 namespace omniset {
 
-// The volume covers the whole of `device`, a block device or an image file. Both return null when
-// the volume or the file is not there, createFileOnVolume() also when kNew finds one.
+// The volume covers the whole of `device`, a block device or an image file. kNew returns null when
+// there is such a file, or no volume; whatever else is wrong the first read, or write or close,
+// tells.
 DevicePtr createFileOnVolume(const std::string& device, const std::string& name,
                              Volumes::Creation creation);
 DevicePtr openFileOnVolume(const std::string& device, const std::string& name);

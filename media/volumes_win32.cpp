@@ -195,10 +195,56 @@ std::uint64_t capacity(const std::string& root) {
   return GetDiskFreeSpaceExA(root.c_str(), nullptr, &bytes, nullptr) ? bytes.QuadPart : 0;
 }
 
-bool isWriteProtected(const std::string& root) {
-  const auto volume = openHandle(volumePath(root.front()), GENERIC_READ, OPEN_EXISTING);
-  return volume && !volume->control(IOCTL_DISK_IS_WRITABLE, {}, {}) &&
-         GetLastError() == ERROR_WRITE_PROTECT;
+struct DiskPlace {
+  DWORD disk = 0;
+  DWORD partition = 0;
+};
+
+// Asking takes no rights.
+std::optional<DiskPlace> placeOf(char letter) {
+  const auto volume = openHandle(volumePath(letter), 0, OPEN_EXISTING);
+  STORAGE_DEVICE_NUMBER number{};
+  if (!volume ||
+      !volume->control(IOCTL_STORAGE_GET_DEVICE_NUMBER, {},
+                       {reinterpret_cast<std::uint8_t*>(&number), sizeof number}) ||
+      number.DeviceType != FILE_DEVICE_DISK) {
+    return std::nullopt;
+  }
+  return DiskPlace{number.DeviceNumber, number.PartitionNumber};
+}
+
+// The disk's partition table is wiped, and with it goes every drive that is on that disk.
+bool isOnSameDisk(const DiskPlace& place, char letter) {
+  const auto other = placeOf(letter);
+  return other && other->disk == place.disk && other->partition != place.partition;
+}
+
+std::string neighbourObstacle(const std::string& root, char systemDrive,
+                              const std::vector<std::string>& roots) {
+  const auto place = placeOf(root.front());
+  if (!place) return {};
+  if (isOnSameDisk(*place, systemDrive)) return "it is on the disk that the system runs from";
+  for (const std::string& other : roots) {
+    const UINT type = GetDriveTypeA(other.c_str());
+    if ((type == DRIVE_FIXED || type == DRIVE_REMOVABLE) && isOnSameDisk(*place, other.front())) {
+      return "the drive " + other + " is on the same disk and would be lost with it";
+    }
+  }
+  return {};
+}
+
+std::string writingObstacle(const std::string& root) {
+  const auto volume =
+      openHandle(volumePath(root.front()), GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
+  if (!volume) {
+    return GetLastError() == ERROR_ACCESS_DENIED
+               ? "you may not write to it; start this program as an administrator"
+               : "";
+  }
+  if (!volume->control(IOCTL_DISK_IS_WRITABLE, {}, {}) && GetLastError() == ERROR_WRITE_PROTECT) {
+    return "it is write-protected";
+  }
+  return {};
 }
 
 class WindowsVolumes : public Volumes {
@@ -241,7 +287,8 @@ class WindowsVolumes : public Volumes {
       facts.label = label;
       facts.contents = std::string(fileSystem) + " volume";
     }
-    if (isWriteProtected(root)) facts.obstacle = "it is write-protected";
+    facts.obstacle = neighbourObstacle(root, systemDirectory().front(), driveStrings());
+    if (facts.obstacle.empty()) facts.obstacle = writingObstacle(root);
     return facts;
   }
 

@@ -63,4 +63,8 @@ std::string foldedFileName(std::string_view name) {
   return text;
 }
 
+bool isPackageFileName(std::string_view name) {
+  return foldedFileName(name).ends_with(".bdl");
+}
+
 }  // namespace omniset

@@ -22,4 +22,7 @@ bool isSameFileName(std::string_view a, std::string_view b);
 // Equal for names that are the same.
 std::string foldedFileName(std::string_view name);
 
+// The name of a package: "*.bdl", in whatever case.
+bool isPackageFileName(std::string_view name);
+
 }  // namespace omniset

@@ -1,6 +1,7 @@
 #include "target/machine_facts.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdlib>
 #include <tuple>
 
@@ -9,6 +10,9 @@ namespace omniset {
 namespace {
 
 constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kBetweenWords = " \t\n";
+constexpr std::string_view kOwnDiskWord = "-hdd-install";
+constexpr std::string_view kVolumeKey = "omniset.volume=";
 
 std::string_view trimmed(std::string_view text) {
   const std::size_t begin = text.find_first_not_of(kBlanks);
@@ -21,6 +25,14 @@ std::string_view takeLine(std::string_view& text) {
   const std::string_view line = text.substr(0, text.find('\n'));
   text.remove_prefix(std::min(line.size() + 1, text.size()));
   return line;
+}
+
+// Cuts the first word off; empty at the end.
+std::string_view takeWord(std::string_view& text) {
+  text.remove_prefix(std::min(text.find_first_not_of(kBetweenWords), text.size()));
+  const std::string_view word = text.substr(0, text.find_first_of(kBetweenWords));
+  text.remove_prefix(word.size());
+  return word;
 }
 
 bool isWholeDisk(std::string_view name) {
@@ -57,6 +69,11 @@ std::string describeMachine(std::string_view cpuInfo, std::string_view memInfo) 
   return processor + ", " + std::to_string(kilobytes / 1024) + " MB";
 }
 
+std::uint64_t availableMemory(std::string_view memInfo) {
+  return std::strtoul(tableValue(memInfo, "MemAvailable").c_str(), nullptr, 10) *
+         std::uint64_t{1024};
+}
+
 std::vector<std::string> diskNames(std::string_view partitions) {
   std::vector<std::string> names;
   while (!partitions.empty()) {
@@ -83,7 +100,25 @@ std::vector<std::string> interfaceNames(std::string_view netDev) {
 // The loaders of disks and floppies say so on the kernel's command line.
 bool wasBootedFromMedium(std::string_view commandLine) {
   return commandLine.find("load_ramdisk=1") != std::string_view::npos ||
-         commandLine.find("-hdd-install") != std::string_view::npos;
+         commandLine.find(kOwnDiskWord) != std::string_view::npos;
+}
+
+bool installsOwnDisk(std::string_view commandLine) {
+  for (auto word = takeWord(commandLine); !word.empty(); word = takeWord(commandLine)) {
+    if (word == kOwnDiskWord) return true;
+  }
+  return false;
+}
+
+std::optional<std::uint32_t> bootedVolumeNumber(std::string_view commandLine) {
+  std::string_view digits;
+  for (auto word = takeWord(commandLine); !word.empty(); word = takeWord(commandLine)) {
+    if (word.starts_with(kVolumeKey)) digits = word.substr(kVolumeKey.size());
+  }
+  std::uint32_t number = 0;
+  const char* const last = digits.data() + digits.size();
+  if (digits.size() != 8 || std::from_chars(digits.data(), last, number, 16).ptr != last) return {};
+  return number;
 }
 
 }  // namespace omniset

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,9 @@ std::string tableValue(std::string_view table, std::string_view key);
 // From /proc/cpuinfo and /proc/meminfo, such as "Pentium III (Coppermine), 250 MB".
 std::string describeMachine(std::string_view cpuInfo, std::string_view memInfo);
 
+// From /proc/meminfo, in bytes: what programs can have without anything else going short of it.
+std::uint64_t availableMemory(std::string_view memInfo);
+
 // The names in /proc/partitions that are whole disks, in their order: IDE and SATA disks, then
 // virtio disks.
 std::vector<std::string> diskNames(std::string_view partitions);
@@ -24,5 +28,14 @@ std::vector<std::string> interfaceNames(std::string_view netDev);
 
 // Was the system started by a loader from a disk or a floppy, and not over the network?
 bool wasBootedFromMedium(std::string_view commandLine);
+
+// Is the disk that the system was started from to be installed with what is on it? "-hdd-install"
+// stands on the kernel's command line as a word then.
+bool installsOwnDisk(std::string_view commandLine);
+
+// The serial number of the volume that a disk's loader started the system from: the last word
+// "omniset.volume=1234ABCD" of the kernel's command line. None without it, or when it is not of 8
+// hexadecimal digits.
+std::optional<std::uint32_t> bootedVolumeNumber(std::string_view commandLine);
 
 }  // namespace omniset

@@ -42,13 +42,15 @@ vm_requests=0
 #   disk=BUS:FILE        a disk; BUS is ide, ahci or virtio, FILE its raw image or QEMU's name of it
 #   disk=virtio,OPTION:FILE  such a disk that is write-protected (readonly), or has sectors of 4096
 #                        bytes (sectors=4096)
+#   floppy=FILE          the image of a floppy in its drive
 #   card=MODEL           a network card on the switch; without any a virtio-net-pci
 #   card=MODEL:unplugged one without a link
 #   memory=MIB           32 unless told otherwise
 #   append=TEXT          the kernel's command line, in place of that of a network boot
 #   boot=disk            boots from the disk
 #   boot=network         boots by its first card's ROM, from whoever answers on the switch
-#   boot=order:LETTERS   boots from these in turn, as QEMU calls them (c: the disk, n: the network)
+#   boot=order:LETTERS   boots from these in turn, as QEMU calls them (a: the floppy, c: the disk, n:
+#                        the network)
 #   trace=EVENT          what QEMU tells of this event is in `qemu.log`
 vm_start() {
   local name=$1 setting memory=32 append=initrd=initrd.rgz kernel=yes roms= cards=() disks=() words=()
@@ -57,12 +59,14 @@ vm_start() {
   for setting in "$@"; do
     case $setting in
       disk=*) disks+=("${setting#*=}") ;;
+      floppy=*) words+=(-drive "if=floppy,format=raw,cache=unsafe,file=${setting#*=}") ;;
       card=*) cards+=("${setting#*=}") ;;
       memory=*) memory=${setting#*=} ;;
       append=*) append=${setting#*=} ;;
       boot=disk) kernel= ;;
       boot=network) kernel= roms=yes words+=(-boot order=n) ;;
-      boot=order:*) kernel= roms=yes words+=(-boot "order=${setting#*:}") ;;
+      boot=order:*n*) kernel= roms=yes words+=(-boot "order=${setting#*:}") ;;
+      boot=order:*) kernel= words+=(-boot "order=${setting#*:}") ;;
       trace=*) words+=(-trace "${setting#*=}") ;;
       *) echo "unknown setting of a virtual PC: $setting" >&2; return 2 ;;
     esac

@@ -11,9 +11,6 @@ namespace omniset {
 
 namespace {
 
-constexpr const char* kKernelName = "linux";
-constexpr const char* kRamDiskName = "initrd.rgz";
-
 // A volume that cannot be looked at might be the medium: better not to install than to erase that.
 bool holdsInstaller(TargetDisk& disk, TargetDisk::Place place) try {
   const auto volume = disk.mount(place, TargetDisk::Access::kReadOnly);

@@ -14,6 +14,7 @@ DiskLayout readLayout(TargetDisk& disk) {
   layout.partition = firstPartition(sector, disk.sectorCount());
   layout.holdsOthers = layout.isFatDisk || holdsOtherEntries(sector, disk.sectorCount()) ||
                        (layout.partition && !isFatType(layout.partition->type));
+  layout.isOurs = !layout.isFatDisk && isOurVolume(sector);
   if (!layout.partition) return layout;
   disk.readSectors(layout.partition->first, sector);
   layout.isOurs = isOurVolume(sector);

@@ -14,7 +14,7 @@ namespace omniset {
 // The partition of a disk, and its file system where it has one.
 struct DiskLayout {
   std::optional<Partition> partition;
-  bool isOurs = false;       // an installation began in the partition
+  bool isOurs = false;       // an installation began in the partition, or on the disk
   bool holdsFat = false;     // there may be a FAT volume in the partition
   bool isFatDisk = false;    // there may be one on the disk as a whole, without a partition
   bool holdsOthers = false;  // that, or anything but an installation and FAT in the first entry

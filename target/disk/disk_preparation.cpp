@@ -13,14 +13,12 @@ namespace omniset {
 
 namespace {
 
-constexpr std::string_view kPackageEnding = ".bdl";
 constexpr const char* kWayOut =
     " Install without keeping the configuration to erase everything on the disk.";
 
 bool isOfInstallation(const VolumeEntry& entry, const MarkedFiles& files) {
   if (entry.isFolder || isSameFileName(entry.name, kScriptName)) return false;
-  const std::string name = foldedFileName(entry.name);
-  if (name.ends_with(kPackageEnding) || name == kPartName) return true;
+  if (isPackageFileName(entry.name) || isSameFileName(entry.name, kPartName)) return true;
   return std::any_of(files.begin(), files.end(),
                      [&](const MarkedFile& file) { return isSameFileName(file.name, entry.name); });
 }

@@ -6,7 +6,6 @@ namespace omniset {
 
 namespace {
 
-constexpr std::uint64_t kSectorsPerMegabyte = 2048;
 constexpr std::uint64_t kMostMegabytes = 10 * 1024;
 
 }  // namespace

@@ -13,6 +13,10 @@
 
 namespace omniset {
 
+// The installer system on the media that start it.
+constexpr const char* kKernelName = "linux";
+constexpr const char* kRamDiskName = "initrd.rgz";
+
 // The entry that is a file of that name; null when there is none.
 const VolumeEntry* findFile(const std::vector<VolumeEntry>& entries, std::string_view name);
 

@@ -20,6 +20,7 @@
 #include "payload/boot/boot_code.h"
 #include "target/disk/disk_store.h"
 #include "target/disk/disk_survey.h"
+#include "target/local_installation.h"
 #include "target/machine_facts.h"
 #include "target/pc/linux_disks.h"
 #include "target/pc/linux_network_cards.h"
@@ -33,7 +34,7 @@ namespace {
 
 constexpr const char* kProduct = "Omniset " OMNISET_VERSION;
 constexpr Micros kLookInterval = 200 * kMillisecond;
-constexpr unsigned kPauseBeforeReboot = 30;  // seconds
+constexpr Micros kPauseBeforeReboot = 30 * kSecond;
 
 // It partitions disks without asking: only as the first process of a system that runs from a RAM
 // disk does it start.
@@ -92,14 +93,21 @@ class SurveyBeside {
   bool isTold_ = false;
 };
 
+void installOwnDisk(const std::string& commandLine, TerminalLines& console) {
+  LinuxDisks disks;
+  LocalInstallation(disks, console, {mbrBootCode, volumeBootCode}, drawNumber)
+      .run(bootedVolumeNumber(commandLine), availableMemory(readSystemFile("/proc/meminfo")));
+}
+
 void runAgent(const Terminals& terminals, const Clock& clock, TerminalLines& console) {
   const MachineFacts facts = readFacts();
   console.say("This PC: " + facts.machine + ".");
+  const std::string commandLine = readSystemFile("/proc/cmdline");
+  if (installsOwnDisk(commandLine)) return installOwnDisk(commandLine, console);
   LinuxDisks disks;
   DiskStore store(
       disks, [&](const std::string& sentence) { console.say(sentence); },
-      {mbrBootCode, volumeBootCode}, wasBootedFromMedium(readSystemFile("/proc/cmdline")),
-      drawNumber);
+      {mbrBootCode, volumeBootCode}, wasBootedFromMedium(commandLine), drawNumber);
   LinuxNetworkCards cards;
   TargetMachine machine(facts, cards, clock, store, console);
   if (!machine.hasCards()) throw Failure("No network card was found.");
@@ -114,6 +122,13 @@ void runAgent(const Terminals& terminals, const Clock& clock, TerminalLines& con
   }
 }
 
+// Until the pause is over, or a key is pressed that was not before.
+void pauseBeforeReboot(const Terminals& terminals, const Clock& clock) {
+  const Micros end = clock.now() + kPauseBeforeReboot;
+  terminals.keyPressed();
+  while (clock.now() < end && !terminals.keyPressed()) usleep(kLookInterval);
+}
+
 void runUntilReboot() {
   mountKernelFolders();
   const SystemClock clock;
@@ -125,8 +140,9 @@ void runUntilReboot() {
     runAgent(terminals, clock, console);
   } catch (const std::exception& e) {
     console.say(std::string("The installer system cannot go on: ") + e.what());
-    console.say("This PC starts again in " + std::to_string(kPauseBeforeReboot) + " seconds.");
-    sleep(kPauseBeforeReboot);
+    console.say("This PC starts again in " + std::to_string(kPauseBeforeReboot / kSecond) +
+                " seconds; press a key to start it now.");
+    pauseBeforeReboot(terminals, clock);
   }
 }
 

@@ -26,6 +26,13 @@ TEST(MachineFacts, TheFirstLineOfAKeyCounts) {
   EXPECT_EQ(tableValue("a", "a"), "");
 }
 
+TEST(MachineFacts, AvailableMemoryIsInBytes) {
+  EXPECT_EQ(availableMemory("MemTotal: 27892 kB\nMemFree: 1 kB\nMemAvailable:   25432 kB\n"),
+            25432u * 1024);
+  EXPECT_EQ(availableMemory("MemAvailable: 917504 kB\n"), 917504u * 1024);
+  EXPECT_EQ(availableMemory("MemTotal: 27892 kB\n"), 0u);
+}
+
 TEST(MachineFacts, WholeDisksAreThoseWithoutANumber) {
   EXPECT_THAT(diskNames("major minor  #blocks  name\n\n"
                         "   8        0      65536 sda\n   8        1      64512 sda1\n"
@@ -53,6 +60,33 @@ TEST(MachineFacts, TheLoadersOfMediaNameThemselvesOnTheCommandLine) {
   EXPECT_TRUE(wasBootedFromMedium("initrd=initrd.rgz -hdd-install"));
   EXPECT_FALSE(wasBootedFromMedium("initrd=initrd.rgz"));
   EXPECT_FALSE(wasBootedFromMedium("root=/dev/ram0 console=ttyS0,115200"));
+}
+
+TEST(MachineFacts, ItsOwnDiskIsInstalledByAWordOfTheCommandLine) {
+  EXPECT_TRUE(installsOwnDisk("load_ramdisk=1 initrd=initrd.rgz -hdd-install\n"));
+  EXPECT_TRUE(installsOwnDisk("-hdd-install omniset.volume=12345678"));
+  EXPECT_TRUE(installsOwnDisk("a\t-hdd-install\tb"));
+  EXPECT_FALSE(installsOwnDisk("load_ramdisk=1 initrd=initrd.rgz\n"));
+  EXPECT_FALSE(installsOwnDisk("no-hdd-install -hdd-install=1 -hdd-installed hdd-install"));
+  EXPECT_FALSE(installsOwnDisk(""));
+}
+
+TEST(MachineFacts, TheVolumeThatWasBootedIsOnTheCommandLine) {
+  EXPECT_EQ(bootedVolumeNumber("-hdd-install omniset.volume=1234ABCD\n"), 0x1234ABCDu);
+  EXPECT_EQ(bootedVolumeNumber("omniset.volume=0000000a x"), 10u);
+  EXPECT_EQ(bootedVolumeNumber("omniset.volume=FFFFFFFF"), 0xFFFFFFFFu);
+  // The loader's own word is the last.
+  EXPECT_EQ(bootedVolumeNumber("omniset.volume=11111111 omniset.volume=22222222"), 0x22222222u);
+}
+
+TEST(MachineFacts, AVolumeThatIsNoNumberOfEightDigitsIsNone) {
+  for (const char* line :
+       {"", "omniset.volume", "omniset.volume=", "omniset.volume=1234567",
+        "omniset.volume=123456789", "omniset.volume=1234-ABC", "omniset.volume=-1234567",
+        "xomniset.volume=12345678", "omniset.volume=12345678x", "omniset.volume=1234567G",
+        "OMNISET.VOLUME=12345678"}) {
+    EXPECT_EQ(bootedVolumeNumber(line), std::nullopt) << line;
+  }
 }
 
 }  // namespace

@@ -10,16 +10,14 @@ both_consoles_tell() { # name
   says "$WORK/screen.txt" "Announcing on eth0"
 }
 
-# As the loader of each way to boot gives them.
+# As the loader of each way to boot gives them that installs over the network.
 both_consoles_work_with_every_command_line() {
   local network=initrd=initrd.rgz
   local floppy="load_ramdisk=1 $network"
   start_pc network append="$network" && start_pc floppy append="$floppy" || return 1
   both_consoles_tell network && both_consoles_tell floppy || return 1
   vm_off_all
-  start_pc disk append="$floppy -hdd-install" &&
-    start_pc rom append="root=/dev/ram0 console=ttyS0,115200" || return 1
-  both_consoles_tell disk && both_consoles_tell rom
+  start_pc rom append="root=/dev/ram0 console=ttyS0,115200" && both_consoles_tell rom
 }
 
 # Of a screen that is black everywhere the picture holds nothing but zeros.

@@ -52,6 +52,12 @@ TEST_F(DiskInspectionTest, AnInstallationThatBrokeOffAnywhere) {
   EXPECT_EQ(inspected(), "sda 64 MB, installation broke off");
 }
 
+// Over a volume that covered the whole disk.
+TEST_F(DiskInspectionTest, AnInstallationThatBrokeOffInTheFirstSector) {
+  beginFormat(*disks.open(disk), Partition{});
+  EXPECT_EQ(inspected(), "sda 64 MB, installation broke off");
+}
+
 TEST_F(DiskInspectionTest, AVolumeOfOthers) {
   store->beginPreparation(false);
   store->abandon();

@@ -190,6 +190,14 @@ TEST_F(KeptInstallation, WithoutAFileSystemThereIsNothingToKeep) {
   EXPECT_TRUE(store->isPrepared());
 }
 
+TEST_F(KeptInstallation, WithoutAFirstSectorThereIsNothingToKeep) {
+  beginFormat(*disks.open(disk), Partition{});
+  store->beginPreparation(kKeep);
+  EXPECT_THAT(said[0], HasSubstr("nothing on it to keep"));
+  EXPECT_THAT(said[1], HasSubstr("broke off"));
+  EXPECT_TRUE(store->isPrepared());
+}
+
 struct WhatCannotBeKept : KeptInstallation {
   void expectNotErased() {
     disk.medium.syncSectors();

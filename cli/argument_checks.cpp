@@ -4,6 +4,7 @@
 
 #include "cli/argument_values.h"
 #include "cli/bad_input.h"
+#include "media/floppy_maker.h"
 
 namespace omniset {
 
@@ -12,7 +13,7 @@ namespace {
 // PCs have to be switched on, and to get through their firmware and the boot.
 constexpr Micros kWaitWithBoot = 600 * kSecond;
 
-void checkSelection(const WrittenArguments& w, InstallOptions& options) {
+void checkSelection(const WrittenArguments& w, PackageChoice& options) {
   if (w.folder.empty()) throw BadInput("Say where the packages are: --packages FOLDER.");
   options.folder = w.folder;
   if (w.select.empty() && !w.selectAll) {
@@ -121,6 +122,32 @@ BootOptions checkedBoot(const WrittenArguments& w) {
     throw BadInput("Say which address PCs get while they boot: --client A.B.C.D.");
   }
   return {parseClientAddress("--client", w.client), w.interfaceName, w.json};
+}
+
+DrivesOptions checkedDrives(const WrittenArguments& w) {
+  return {w.json};
+}
+
+DiskOptions checkedDisk(const WrittenArguments& w) {
+  if (w.device.empty()) {
+    throw BadInput(
+        "Say which disk to make: --device DEVICE. \"omniset-cli drives\" lists the drives "
+        "that may be used.");
+  }
+  DiskOptions options;
+  options.device = w.device;
+  checkSelection(w, options);
+  options.script = w.script;
+  if (!w.baud.empty()) options.baudRate = parseBaudRate(w.baud);
+  options.yes = w.yes;
+  options.json = w.json;
+  return options;
+}
+
+FloppyOptions checkedFloppy(const WrittenArguments& w) {
+  if (w.device.empty()) throw BadInput("Say where the floppy is: --device DEVICE.");
+  // As the window has it for a label that was cleared.
+  return {w.device, w.label.empty() ? kNoLabel : w.label, w.yes, w.json};
 }
 
 }  // namespace omniset

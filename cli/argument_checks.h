@@ -10,5 +10,8 @@ PackagesOptions checkedPackages(const WrittenArguments& w);
 RoutersOptions checkedRouters(const WrittenArguments& w);
 InstallOptions checkedInstall(const WrittenArguments& w);
 BootOptions checkedBoot(const WrittenArguments& w);
+DrivesOptions checkedDrives(const WrittenArguments& w);
+DiskOptions checkedDisk(const WrittenArguments& w);
+FloppyOptions checkedFloppy(const WrittenArguments& w);
 
 }  // namespace omniset

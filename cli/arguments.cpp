@@ -14,16 +14,18 @@ namespace omniset {
 namespace {
 
 const CLI::App* commandGiven(const Commands& commands) {
-  for (const CLI::App* each :
-       {commands.packages, commands.routers, commands.install, commands.boot}) {
+  for (const CLI::App* each : {commands.packages, commands.routers, commands.install, commands.boot,
+                               commands.drives, commands.disk, commands.floppy}) {
     if (each->parsed()) return each;
   }
   return nullptr;
 }
 
-// An empty value, as an unset variable of a shell script leaves behind, is not meant.
+// An empty value, as an unset variable of a shell script leaves behind, is not meant; but a label
+// may be.
 void refuseEmptyValues(const CLI::App& command) {
   for (const CLI::Option* option : command.get_options()) {
+    if (option->get_name() == "--label") continue;
     const auto& values = option->results();
     if (std::find(values.begin(), values.end(), "") == values.end()) continue;
     throw BadInput(option->get_name() + " is empty: give it a value or leave it out.");
@@ -32,12 +34,17 @@ void refuseEmptyValues(const CLI::App& command) {
 
 Arguments checked(const Commands& commands, const WrittenArguments& written) {
   const CLI::App* command = commandGiven(commands);
-  if (!command) throw BadInput("Say what to do: packages, routers, install or boot.");
+  if (!command) {
+    throw BadInput("Say what to do: packages, routers, install, boot, drives, disk or floppy.");
+  }
   refuseEmptyValues(*command);
   if (command == commands.packages) return {checkedPackages(written), written.trace};
   if (command == commands.routers) return {checkedRouters(written), written.trace};
   if (command == commands.install) return {checkedInstall(written), written.trace};
-  return {checkedBoot(written), written.trace};
+  if (command == commands.boot) return {checkedBoot(written), written.trace};
+  if (command == commands.drives) return {checkedDrives(written), written.trace};
+  if (command == commands.disk) return {checkedDisk(written), written.trace};
+  return {checkedFloppy(written), written.trace};
 }
 
 EarlyEnd complaint(const std::string& sentence, const CLI::App* command) {
@@ -58,7 +65,7 @@ EarlyEnd endOf(const CLI::App& app, const CLI::ParseError& error, const CLI::App
 
 std::variant<Arguments, EarlyEnd> parseArguments(const std::vector<std::string>& arguments) {
   WrittenArguments written;
-  CLI::App app("Installs routers over the network.", "omniset-cli");
+  CLI::App app("Installs routers, over the network or from disks that it makes.", "omniset-cli");
   const Commands commands = defineCommands(app, written);
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

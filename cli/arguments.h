@@ -11,7 +11,9 @@ namespace omniset {
 
 // What to do.
 struct Arguments {
-  std::variant<PackagesOptions, RoutersOptions, InstallOptions, BootOptions> command;
+  std::variant<PackagesOptions, RoutersOptions, InstallOptions, BootOptions, DrivesOptions,
+               DiskOptions, FloppyOptions>
+      command;
   bool trace = false;
 };
 

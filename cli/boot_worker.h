@@ -12,14 +12,12 @@
 #include "boot/pixie.h"
 #include "cli/adapter_choice.h"
 #include "cli/boot_events.h"
+#include "cli/boot_image_source.h"
 #include "core/clock.h"
 #include "core/thread.h"
 #include "core/udp_socket.h"
 
 namespace omniset {
-
-// Gives the boot images by their numbers, as loadBootImage().
-using BootImageSource = std::function<BootImage(int number)>;
 
 struct BootWork {
   AdapterChoice choice;

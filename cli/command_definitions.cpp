@@ -55,6 +55,47 @@ constexpr const char* kBootExample =
     "Exit status: 0 it was ended by Ctrl-C, 1 the network failed, 2 bad arguments, or\n"
     "none that fit this computer's network.";
 
+constexpr const char* kDrivesExample =
+    "Examples:\n"
+    "  omniset-cli drives\n"
+    "  omniset-cli drives --json\n"
+    "\n"
+    "The drive that the system runs from and drive A are never listed.\n"
+    "\n"
+    "--json writes an object per drive and line, with the keys drive, media, size,\n"
+    "label, contents and obstacle: why it cannot be used, or empty.\n"
+    "Exit status: 0, also when there is none; 1 the drives cannot be told.";
+
+constexpr const char* kDiskExample =
+    "Examples:\n"
+    "  omniset-cli disk --device /dev/sdb --packages ~/packages --select-all\n"
+    "  omniset-cli disk --device /dev/sdb --packages ~/packages --select system \\\n"
+    "      --script first-start.rsc --baud 115200 --yes\n"
+    "  truncate -s 64M disk.img\n"
+    "  omniset-cli disk --device disk.img --packages ~/packages --select-all --yes\n"
+    "\n"
+    "Everything on the device is erased. Without --yes it is only told what would be\n"
+    "erased and written. What was written is read back and compared.\n"
+    "\n"
+    "--json writes an object per event and line: \"status\" on each change, \"result\"\n"
+    "last.\n"
+    "Exit status: 0 the disk is ready, 1 it failed or was interrupted, 2 bad\n"
+    "arguments, packages or device, or --yes was not given: nothing was written.";
+
+constexpr const char* kFloppyExample =
+    "Examples:\n"
+    "  omniset-cli floppy --device /dev/fd0 --yes\n"
+    "  omniset-cli floppy --device floppy.img --label lab --yes\n"
+    "\n"
+    "Everything on the floppy is erased. Without --yes it is only told what would be\n"
+    "erased. An image file that does not exist is created. What was written is read\n"
+    "back and compared.\n"
+    "\n"
+    "--json writes an object per event and line: \"status\" on each change, \"result\"\n"
+    "last.\n"
+    "Exit status: 0 the floppy is ready, 1 it failed or was interrupted, 2 bad\n"
+    "arguments or device, or --yes was not given: nothing was written.";
+
 constexpr std::size_t kHelpColumn = 30;
 
 // The library's own adds "..." to lists and names parts of the usage that nobody has to know.
@@ -119,13 +160,17 @@ CLI::App* addRouters(CLI::App& app, WrittenArguments& w) {
   return command;
 }
 
-void addWhatAndWhere(CLI::App& command, WrittenArguments& w) {
+void addSelection(CLI::App& command, WrittenArguments& w) {
   addText(command, "--packages", w.folder, "FOLDER", "Folder with .bdl files");
   addList(command, "--select", w.select, "NAME[,NAME...]",
           "Install these packages, by package or file\n"
           "name, of several versions the newest, and\n"
           "what they depend on");
   command.add_flag("--select-all", w.selectAll, "Install every package of the folder");
+}
+
+void addWhatAndWhere(CLI::App& command, WrittenArguments& w) {
+  addSelection(command, w);
   addList(command, "--router", w.routers, "MAC[,MAC...]", "Install these routers");
   addText(command, "--first", w.first, "N", "Install the first N that announce themselves");
   command.add_flag("--all", w.all, "Install all that announce themselves in time");
@@ -169,6 +214,44 @@ CLI::App* addBoot(CLI::App& app, WrittenArguments& w) {
   return command;
 }
 
+CLI::App* addDrives(CLI::App& app, WrittenArguments& w) {
+  CLI::App* command = app.add_subcommand("drives", "List the drives that disks can be made of");
+  addCommon(*command, w);
+  command->footer(kDrivesExample);
+  return command;
+}
+
+void addYes(CLI::App& command, WrittenArguments& w) {
+  command.add_flag("--yes", w.yes, "Erase the device and write it");
+}
+
+CLI::App* addDisk(CLI::App& app, WrittenArguments& w) {
+  CLI::App* command =
+      app.add_subcommand("disk", "Make a disk that installs the router it is put into");
+  addText(*command, "--device", w.device, "DEVICE",
+          "Disk or image file to write; on Windows a drive,\nsuch as E:");
+  addSelection(*command, w);
+  addText(*command, "--script", w.script, "FILE", "Script for the router's first start");
+  addText(*command, "--baud", w.baud, "N",
+          "Speed of the serial ports, set by the script;\nwithout it they stay as they are");
+  addYes(*command, w);
+  addCommon(*command, w);
+  command->footer(kDiskExample);
+  return command;
+}
+
+CLI::App* addFloppy(CLI::App& app, WrittenArguments& w) {
+  CLI::App* command =
+      app.add_subcommand("floppy", "Make a floppy for PCs that cannot boot over the network");
+  addText(*command, "--device", w.device, "DEVICE",
+          "Floppy drive or image file to write; on Windows\nthe drive A:");
+  addText(*command, "--label", w.label, "TEXT", "Text of the floppy's file label.txt [veltrona]");
+  addYes(*command, w);
+  addCommon(*command, w);
+  command->footer(kFloppyExample);
+  return command;
+}
+
 }  // namespace
 
 Commands defineCommands(CLI::App& app, WrittenArguments& written) {
@@ -178,7 +261,8 @@ Commands defineCommands(CLI::App& app, WrittenArguments& written) {
   app.require_subcommand(0, 1);
   app.footer("\"omniset-cli COMMAND --help\" tells a command's options, with an example.");
   return {addPackages(app, written), addRouters(app, written), addInstall(app, written),
-          addBoot(app, written)};
+          addBoot(app, written),     addDrives(app, written),  addDisk(app, written),
+          addFloppy(app, written)};
 }
 
 }  // namespace omniset

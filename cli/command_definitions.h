@@ -13,6 +13,9 @@ struct Commands {
   const CLI::App* routers;
   const CLI::App* install;
   const CLI::App* boot;
+  const CLI::App* drives;
+  const CLI::App* disk;
+  const CLI::App* floppy;
 };
 Commands defineCommands(CLI::App& app, WrittenArguments& written);
 

@@ -57,13 +57,9 @@ class Listeners : public InstallListener {
   std::vector<InstallListener*> listeners_;
 };
 
-// JSON lines and live lines would spoil each other on one terminal.
 std::unique_ptr<ProgressDisplay> makeDisplay(bool json, bool trace, std::ostream& err) {
-  const bool sameTerminal = isStandardOutputTerminal();
-  if (trace || (json && sameTerminal) || !standardErrorTerminal()) {
-    return std::make_unique<PlainProgress>(err);
-  }
-  return std::make_unique<LiveProgress>(err, standardErrorTerminal, !sameTerminal);
+  if (!mayRedraw(json, trace)) return std::make_unique<PlainProgress>(err);
+  return std::make_unique<LiveProgress>(err, standardErrorTerminal, !isStandardOutputTerminal());
 }
 
 std::unique_ptr<InstallListener> makeData(bool json, std::ostream& out) {
@@ -81,9 +77,7 @@ std::string waitText(const InstallOptions& options) {
 
 std::string startSentence(const InstallOptions& options, const InstallPlan& plan,
                           const std::string& adapterName) {
-  std::string packages;
-  for (const std::string& name : plan.packages) packages += (packages.empty() ? "" : ", ") + name;
-  return "Installing " + packages + " (" + sizeText(plan.run.totalBytes) +
+  return "Installing " + plan.packages + " (" + sizeText(plan.run.totalBytes) +
          " for each router). Waiting up to " + waitText(options) + " for routers on " +
          adapterName + ".";
 }
@@ -137,9 +131,7 @@ std::string summary(const InstallOptions& options, const InstallOutcome& outcome
 int runInstall(const InstallOptions& options, bool trace, const Console& console,
                const BootImageSource& images) {
   PackageFolder folder(options.folder);
-  for (const std::string& file : folder.unreadable()) {
-    console.err << unreadableWarning(file) + "\n";
-  }
+  warnOfUnreadable(folder, console.err);
   const InstallPlan plan = planInstallation(options, folder.catalogue());
   for (const std::string& warning : plan.warnings) console.err << warning + "\n";
   const AdapterChoice choice = chooseInstallAdapter(options);

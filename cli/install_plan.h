@@ -12,7 +12,7 @@ namespace omniset {
 
 struct InstallPlan {
   InstallRunOptions run;
-  std::vector<std::string> packages;  // "system 2.9", in the order of sending
+  std::string packages;               // "system 2.9, routing 2.9", in the order of sending
   std::vector<std::string> warnings;  // sentences
 };
 

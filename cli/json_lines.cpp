@@ -49,6 +49,15 @@ std::string routerJson(const MacAddress& mac, const std::string& label) {
   return line({{"mac", mac.text()}, {"label", label}});
 }
 
+std::string driveJson(const DriveRow& row) {
+  return line({{"drive", row.drive.root},
+               {"media", driveTypeName(row.drive.type)},
+               {"size", row.facts.bytes},
+               {"label", row.facts.label},
+               {"contents", row.facts.contents},
+               {"obstacle", row.facts.obstacle}});
+}
+
 std::string bootJson(const BootEvent& event) {
   Json object;
   switch (event.kind) {
@@ -96,6 +105,24 @@ void JsonEvents::statusChanged(const RouterState& state) {
 
 void JsonEvents::routerDone(const MacAddress& mac, bool ok, const std::string& text) {
   out_ << line({{"event", "result"}, {"mac", mac.text()}, {"ok", ok}, {"text", text}})
+       << std::flush;
+}
+
+void JsonMediaEvents::changed(const MediaState& state) {
+  const bool isBytes = state.unit == MediaState::Unit::kBytes;
+  out_ << line({{"event", "status"},
+                {"device", device_},
+                {"text", state.text},
+                {isBytes ? "bytes" : "step", state.done},
+                {isBytes ? "total" : "steps", state.total}})
+       << std::flush;
+}
+
+void JsonMediaEvents::ended(const MediaOutcome& outcome) {
+  out_ << line({{"event", "result"},
+                {"device", device_},
+                {"ok", outcome.isDone},
+                {"text", outcome.text}})
        << std::flush;
 }
 

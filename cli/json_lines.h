@@ -4,9 +4,12 @@
 
 #include <ostream>
 #include <string>
+#include <utility>
 
 #include "cli/boot_event.h"
+#include "cli/drive_table.h"
 #include "cli/install_run.h"
+#include "cli/media_listener.h"
 #include "packages/package_catalogue.h"
 
 namespace omniset {
@@ -14,6 +17,7 @@ namespace omniset {
 // Each ends with a line feed.
 std::string packageJson(const PackageRecord& package);
 std::string routerJson(const MacAddress& mac, const std::string& label);
+std::string driveJson(const DriveRow& row);
 
 // {"event":"boot","step","mac"}, and by the step:
 //   "answered": "address"; "refused": "text"; "requested": "image","name","file";
@@ -34,6 +38,21 @@ class JsonEvents : public InstallListener {
 
  private:
   std::ostream& out_;
+};
+
+// The events of a disk or a floppy:
+//   {"event":"status","device","text","bytes","total"}, of a floppy "step","steps" for the last two
+//   {"event":"result","device","ok","text"}
+class JsonMediaEvents : public MediaListener {
+ public:
+  JsonMediaEvents(std::ostream& out, std::string device) : out_(out), device_(std::move(device)) {}
+
+  void changed(const MediaState& state) override;
+  void ended(const MediaOutcome& outcome) override;
+
+ private:
+  std::ostream& out_;
+  const std::string device_;
 };
 
 }  // namespace omniset

@@ -8,7 +8,10 @@
 #include "cli/bad_input.h"
 #include "cli/boot_command.h"
 #include "cli/console.h"
+#include "cli/disk_command.h"
+#include "cli/drives_command.h"
 #include "cli/exit_status.h"
+#include "cli/floppy_command.h"
 #include "cli/install_command.h"
 #include "cli/packages_command.h"
 #include "cli/routers_command.h"
@@ -29,6 +32,15 @@ int runCommand(const Arguments& arguments, const Console& console) {
   }
   if (const auto* boot = std::get_if<BootOptions>(&arguments.command)) {
     return runBoot(*boot, console, loadBootImage);
+  }
+  if (const auto* drives = std::get_if<DrivesOptions>(&arguments.command)) {
+    return runDrives(*drives, console, *makeSystemVolumes());
+  }
+  if (const auto* disk = std::get_if<DiskOptions>(&arguments.command)) {
+    return runDisk(*disk, arguments.trace, console, loadBootImage);
+  }
+  if (const auto* floppy = std::get_if<FloppyOptions>(&arguments.command)) {
+    return runFloppy(*floppy, arguments.trace, console, loadBootImage);
   }
   return runInstall(std::get<InstallOptions>(arguments.command), arguments.trace, console,
                     loadBootImage);

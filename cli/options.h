@@ -23,9 +23,12 @@ struct RoutersOptions {
   bool json = false;
 };
 
-struct InstallOptions {
+struct PackageChoice {
   std::string folder;
   std::vector<std::string> select;  // package or file names; empty: all
+};
+
+struct InstallOptions : PackageChoice {
   RouterChoice choice = RouterChoice::kAll;
   std::vector<MacAddress> routers;
   std::size_t count = 0;
@@ -46,6 +49,25 @@ struct InstallOptions {
 struct BootOptions {
   std::uint32_t clientAddress = 0;  // network byte order
   std::string interfaceName;        // empty: the adapter on whose subnet the address is
+  bool json = false;
+};
+
+struct DrivesOptions {
+  bool json = false;
+};
+
+struct DiskOptions : PackageChoice {
+  std::string device;  // as written: a drive letter, a block device or an image file
+  std::string script;  // path; empty: none
+  int baudRate = 0;    // of the serial ports; 0: not set
+  bool yes = false;    // erase the device without asking
+  bool json = false;
+};
+
+struct FloppyOptions {
+  std::string device;  // as DiskOptions'
+  std::string label;   // what the file label.txt is to hold
+  bool yes = false;
   bool json = false;
 };
 

@@ -46,9 +46,11 @@ PackageFolder::PackageFolder(const std::string& folder) {
   }
 }
 
-std::string unreadableWarning(const std::string& fileName) {
-  return "Warning: '" + shownText(fileName) +
-         "' is not a readable package and is left out. --trace shows what is wrong.";
+void warnOfUnreadable(const PackageFolder& folder, std::ostream& err) {
+  for (const std::string& file : folder.unreadable()) {
+    err << "Warning: '" + shownText(file) +
+               "' is not a readable package and is left out. --trace shows what is wrong.\n";
+  }
 }
 
 }  // namespace omniset

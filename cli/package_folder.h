@@ -1,6 +1,7 @@
 // The packages of a folder that the operator named.
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,7 @@ class PackageFolder {
   std::vector<std::string> unreadable_;
 };
 
-// What to tell the operator about a file that is no package.
-std::string unreadableWarning(const std::string& fileName);
+// Tells the operator about the files that are no packages.
+void warnOfUnreadable(const PackageFolder& folder, std::ostream& err);
 
 }  // namespace omniset

@@ -25,9 +25,7 @@ std::vector<PackageRecord> sorted(std::vector<PackageRecord> packages) {
 
 int runPackages(const PackagesOptions& options, const Console& console) {
   PackageFolder folder(options.folder);
-  for (const std::string& file : folder.unreadable()) {
-    console.err << unreadableWarning(file) + "\n";
-  }
+  warnOfUnreadable(folder, console.err);
   const std::vector<PackageRecord> packages = sorted(folder.catalogue().records());
   if (options.json) {
     for (const PackageRecord& package : packages) console.out << packageJson(package);

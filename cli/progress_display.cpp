@@ -39,7 +39,7 @@ void PlainProgress::statusChanged(const RouterState& state) {
 }
 
 void PlainProgress::tellTenths(Row& row) {
-  const int tenths = percentOf(row.state) / 10;
+  const int tenths = percentOf(row.state.bytes, row.state.total) / 10;
   if (tenths <= row.tenthsTold || row.state.status != RouterStatus::kInstalling) return;
   row.tenthsTold = tenths;
   std::string text =

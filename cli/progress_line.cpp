@@ -36,12 +36,6 @@ double inUnit(std::int64_t bytes, const Unit& unit) {
   return static_cast<double>(bytes) / static_cast<double>(unit.size);
 }
 
-std::string bar(int percent, std::size_t columns) {
-  const std::size_t room = columns - 2;
-  const std::size_t filled = room * static_cast<std::size_t>(percent) / 100;
-  return "[" + std::string(filled, '#') + std::string(room - filled, '-') + "]";
-}
-
 std::string rateText(std::optional<double> rate) {
   return rate ? sizeText(std::llround(*rate)) + "/s" : "";
 }
@@ -77,10 +71,17 @@ std::string durationText(Micros duration) {
   return formatText("%lld:%02lld:%02lld", seconds / 3600, seconds / 60 % 60, seconds % 60);
 }
 
-int percentOf(const RouterState& state) {
-  if (state.total <= 0) return 0;
-  return static_cast<int>(std::clamp<std::int64_t>(state.bytes, 0, state.total) * 100 /
-                          state.total);
+int percentOf(std::int64_t done, std::int64_t total) {
+  if (total <= 0) return 0;
+  return static_cast<int>(std::clamp<std::int64_t>(done, 0, total) * 100 / total);
+}
+
+std::string progressBar(int percent, std::size_t columns) {
+  const std::size_t most = std::min(columns, kLongestBar);
+  if (most < kShortestBar) return "";
+  const std::size_t room = most - 2;
+  const std::size_t filled = room * static_cast<std::size_t>(percent) / 100;
+  return "[" + std::string(filled, '#') + std::string(room - filled, '-') + "]";
 }
 
 void RateMeter::add(Micros now, std::int64_t bytes) {
@@ -103,15 +104,14 @@ std::string progressLine(const RouterState& state, std::optional<double> bytesPe
                          std::size_t columns) {
   std::string line = state.mac.text() + "  " + statusName(state.status) + "  ";
   if (!isSending(state)) return cutToColumns(line + shownText(state.text), columns);
-  const int percent = percentOf(state);
+  const int percent = percentOf(state.bytes, state.total);
   line += formatText("%3d %%  ", percent);
   const std::string rest = padded(amountText(state.bytes, state.total), 16) + "  " +
                            padded(rateText(bytesPerSecond), 10) + "  " +
                            padded(timeLeftText(state, bytesPerSecond), 9);
   const std::size_t used = line.size() + rest.size() + 2;
-  if (columns >= used + kShortestBar) {
-    line += bar(percent, std::min(columns - used, kLongestBar)) + "  ";
-  }
+  const std::string bar = progressBar(percent, columns - std::min(columns, used));
+  if (!bar.empty()) line += bar + "  ";
   return cutToColumns(line + rest, columns);
 }
 

@@ -21,8 +21,11 @@ std::string amountText(std::int64_t bytes, std::int64_t total);
 // "0:07", "1:02:03", rounded up to whole seconds.
 std::string durationText(Micros duration);
 
-// 0 to 100, rounded down: 100 only when everything is sent.
-int percentOf(const RouterState& state);
+// 0 to 100, rounded down: 100 only when everything is done.
+int percentOf(std::int64_t done, std::int64_t total);
+
+// "[####------]", in at most so many columns; empty when these are too few for one.
+std::string progressBar(int percent, std::size_t columns);
 
 // How fast bytes come, over the last few seconds.
 class RateMeter {

@@ -17,4 +17,8 @@ std::optional<TerminalSize> standardErrorTerminal();
 
 bool isStandardOutputTerminal();
 
+// Lines on standard error may be redrawn in place: it is a terminal, and neither trace lines nor
+// JSON lines on the same terminal would spoil them.
+bool mayRedraw(bool json, bool trace);
+
 }  // namespace omniset

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "media/floppy_maker.h"
+
 namespace omniset {
 
 struct WrittenArguments {
@@ -11,8 +13,9 @@ struct WrittenArguments {
   std::vector<std::string> select;
   std::vector<std::string> routers;
   std::string first, interfaceName, seconds, address, gateway, baud, script, wait;
-  std::string client, boot;
-  bool selectAll = false, all = false, keepConfiguration = false, reboot = false;
+  std::string client, boot, device;
+  std::string label = kProposedLabel;
+  bool selectAll = false, all = false, keepConfiguration = false, reboot = false, yes = false;
   bool json = false, trace = false;
 };
 

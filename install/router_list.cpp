@@ -13,7 +13,7 @@ constexpr Micros kSilentTooLong = 60 * kSecond;
 
 std::string mediaText(const RouterRecord& record) {
   if (record.kind != kLocalDrive) return record.mac.text();
-  return record.driveType == kFixedDrive ? "Hard disk" : "Removable media";
+  return driveTypeName(record.driveType);
 }
 
 int imageOf(const RouterRecord& record) {

@@ -26,6 +26,10 @@ constexpr std::int32_t kNetworkTarget = 1;
 // Types of local drives.
 constexpr std::int32_t kRemovableDrive = 2;
 constexpr std::int32_t kFixedDrive = 3;
+// For the operator.
+constexpr const char* driveTypeName(std::int32_t driveType) {
+  return driveType == kFixedDrive ? "Hard disk" : "Removable media";
+}
 
 struct RouterRecord {
   std::int32_t kind = kNetworkTarget;

@@ -1,5 +1,6 @@
 #include "media/drive_checks.h"
 
+#include <algorithm>
 #include <array>
 
 #include "core/error.h"
@@ -13,20 +14,23 @@ namespace {
 constexpr std::uint64_t kKilobyte = 1024;
 constexpr std::uint64_t kMegabyte = 1024 * kKilobyte;
 
+// Of floppy drives of any kind.
+constexpr std::uint64_t kLargestFloppy = 2 * kFloppyBytes;
+
 // The script of a baud rate alone, and a folder entry's share of the root folder.
 constexpr std::uint64_t kShortFile = 64;
 
 // No format command takes larger clusters for a FAT volume of this size.
-std::uint64_t largestCluster(std::uint64_t driveBytes) {
-  if (driveBytes <= 32 * kMegabyte) return 4 * kKilobyte;
-  if (driveBytes <= 512 * kMegabyte) return 16 * kKilobyte;
-  if (driveBytes <= 2048 * kMegabyte) return 32 * kKilobyte;
+std::uint64_t largestCluster(std::uint64_t volumeBytes) {
+  if (volumeBytes <= 32 * kMegabyte) return 4 * kKilobyte;
+  if (volumeBytes <= 512 * kMegabyte) return 16 * kKilobyte;
+  if (volumeBytes <= 2048 * kMegabyte) return 32 * kKilobyte;
   return 64 * kKilobyte;
 }
 
 // Two file allocation tables, the root folder, reserved sectors.
-std::uint64_t tableBytes(std::uint64_t driveBytes) {
-  return driveBytes <= 16 * kMegabyte ? 64 * kKilobyte : 320 * kKilobyte;
+std::uint64_t tableBytes(std::uint64_t volumeBytes) {
+  return volumeBytes <= 16 * kMegabyte ? 64 * kKilobyte : 320 * kKilobyte;
 }
 
 std::uint64_t sizeOf(const MediaServices& services, const std::string& path) {
@@ -57,9 +61,9 @@ std::vector<std::uint64_t> sizesFor(const RInfo& what, const MediaServices& serv
 
 }  // namespace
 
-std::uint64_t bytesNeeded(const std::vector<std::uint64_t>& fileSizes, std::uint64_t driveBytes) {
-  const std::uint64_t cluster = largestCluster(driveBytes);
-  std::uint64_t needed = tableBytes(driveBytes);
+std::uint64_t bytesNeeded(const std::vector<std::uint64_t>& fileSizes, std::uint64_t volumeBytes) {
+  const std::uint64_t cluster = largestCluster(volumeBytes);
+  std::uint64_t needed = tableBytes(volumeBytes);
   for (const std::uint64_t size : fileSizes) needed += (size + cluster - 1) / cluster * cluster;
   return needed;
 }
@@ -67,21 +71,31 @@ std::uint64_t bytesNeeded(const std::vector<std::uint64_t>& fileSizes, std::uint
 std::string driveObstacle(const std::string& drive, const DriveFacts& facts, const RInfo& what,
                           const MediaServices& services) {
   if (const std::string reason = unusable(drive, facts); !reason.empty()) return reason;
-  if (facts.bytes > kLargestDrive) {
+  const std::uint64_t volumeBytes = std::min(facts.bytes, facts.mostUsed);
+  if (volumeBytes > kLargestFat16) {
     return drive + " cannot be used: it has " + driveSizeText(facts.bytes) +
            ", and no more than 4 GB can be formatted with FAT16. Make a smaller partition on it.";
   }
-  const std::uint64_t needed = bytesNeeded(sizesFor(what, services), facts.bytes);
-  if (needed <= facts.bytes) return {};
+  const std::uint64_t needed = bytesNeeded(sizesFor(what, services), volumeBytes);
+  if (needed <= volumeBytes) return {};
+  if (volumeBytes < facts.bytes) {
+    return "The packages do not fit " + drive + ": of its " + driveSizeText(facts.bytes) +
+           " no more than " + driveSizeText(volumeBytes) + " are used, and " +
+           driveSizeText(needed) + " are needed. Select fewer packages.";
+  }
   return drive + " is too small: it has " + driveSizeText(facts.bytes) + ", and " +
          driveSizeText(needed) + " are needed. Use a larger one, or select fewer packages.";
 }
 
+// A disk that was named by mistake is not lost for a floppy.
 std::string floppyObstacle(const std::string& drive, const DriveFacts& facts) {
   if (const std::string reason = unusable(drive, facts); !reason.empty()) return reason;
-  if (facts.bytes >= kFloppyBytes) return {};
-  return drive + " is too small: it has " + driveSizeText(facts.bytes) +
-         ", and a floppy of 1440 KB is needed.";
+  const std::string size = " has " + driveSizeText(facts.bytes);
+  if (facts.bytes < kFloppyBytes) {
+    return drive + " is too small: it" + size + ", and a floppy of 1440 KB is needed.";
+  }
+  if (facts.bytes > kLargestFloppy) return drive + " is no floppy: it" + size + ".";
+  return {};
 }
 
 std::string driveSizeText(std::uint64_t bytes) {

@@ -11,13 +11,11 @@
 
 namespace omniset {
 
-// The largest drive that FAT16 can fill.
-constexpr std::uint64_t kLargestDrive = std::uint64_t{4} << 30;
 constexpr std::uint64_t kFloppyBytes = 1'474'560;
 
-// Bytes that files of these sizes take on a drive of so many bytes, with what a FAT volume needs
+// Bytes that files of these sizes take on a volume of so many bytes, with what a FAT volume needs
 // for itself; rather too many than too few.
-std::uint64_t bytesNeeded(const std::vector<std::uint64_t>& fileSizes, std::uint64_t driveBytes);
+std::uint64_t bytesNeeded(const std::vector<std::uint64_t>& fileSizes, std::uint64_t volumeBytes);
 
 // Why the drive cannot be made into such a disk or floppy, as a sentence for the operator that
 // names the drive; empty when nothing hinders. Writes nothing. Raises Error of loadImage, and

@@ -182,6 +182,7 @@ std::string missingProgram() {
 }
 
 std::string findObstacle(const std::string& path) {
+  if (path.find("@@") != std::string::npos) return "mtools takes no path with \"@@\"";
   struct stat facts {};
   if (stat(path.c_str(), &facts) != 0) return "it does not exist";
   std::string obstacle;
@@ -230,6 +231,7 @@ DriveFacts readDriveFacts(const std::string& path) {
   DriveFacts facts;
   facts.obstacle = findObstacle(path);
   facts.bytes = driveBytes(path);
+  facts.mostUsed = kMostUsed;
   FileDescriptor device(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   DriveSector sector{};
   if (!device || pread(device.get(), sector.data(), sector.size(), 0) != std::ssize(sector)) {

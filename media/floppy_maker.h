@@ -18,6 +18,9 @@ struct FloppyProgress {
 
 constexpr int kFloppySteps = 10;
 constexpr char kFloppyDrive = 'A';
+// The label that is proposed, and the one in place of an empty one.
+inline constexpr const char* kProposedLabel = "veltrona";
+inline constexpr const char* kNoLabel = "Unnamed";
 // The status text of a floppy that is done.
 constexpr const char* kFloppyCompleted = "Completed";
 

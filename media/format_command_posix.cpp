@@ -12,11 +12,7 @@ namespace omniset {
 
 namespace {
 
-constexpr std::uint64_t kSectorsOfKilobyte = 2;
-constexpr std::uint64_t kLargestFat12 = 16 * 2048;  // in sectors
-// A little less than 2 GB, where every BIOS and loader reads FAT16. The rest of a larger disk stays
-// free.
-constexpr std::uint64_t kMostSectors = 2047 * 2048;
+constexpr std::uint64_t kLargestFat12 = 16 << 20;
 
 class MakeFat : public FormatProcess {
  public:
@@ -67,15 +63,13 @@ class MakeFatCommand : public FormatCommand {
   FormatLine line(char) override {
     const std::string program = findProgram("mkfs.fat");
     arguments_ = {program.empty() ? "mkfs.fat" : program};
-    const std::uint64_t sectors = driveBytes(device_) / kDriveSectorSize;
+    const std::uint64_t bytes = driveBytes(device_);
     // -I: the whole disk, without partitions.
-    for (const char* option : {"-I", "-F", sectors <= kLargestFat12 ? "12" : "16"}) {
+    for (const char* option : {"-I", "-F", bytes <= kLargestFat12 ? "12" : "16"}) {
       arguments_.push_back(option);
     }
     arguments_.push_back(device_);
-    if (sectors > kMostSectors) {
-      arguments_.push_back(std::to_string(kMostSectors / kSectorsOfKilobyte));
-    }
+    if (bytes > kMostUsed) arguments_.push_back(std::to_string(kMostUsed / 1024));
     std::string text;
     for (const std::string& argument : arguments_) text += (text.empty() ? "" : " ") + argument;
     return {arguments_.front(), text};

@@ -22,6 +22,9 @@ struct SystemVersion {
   std::uint32_t minor = 0;
 };
 
+// Of a volume.
+constexpr std::uint64_t kLargestFat16 = std::uint64_t{4} << 30;
+
 // What can be told of a drive without changing anything.
 struct DriveFacts {
   std::uint64_t bytes = 0;  // of the whole drive; 0: there is no medium, or it cannot be read
@@ -30,6 +33,8 @@ struct DriveFacts {
   // Why the drive must not be written, a sentence's end such as "it is mounted on /home"; empty
   // when nothing hinders.
   std::string obstacle;
+  // Of a larger drive the format uses only so many bytes.
+  std::uint64_t mostUsed = kLargestFat16;
 };
 
 constexpr std::size_t kDriveSectorSize = 512;

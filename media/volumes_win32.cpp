@@ -280,6 +280,7 @@ class WindowsVolumes : public Volumes {
     const QuietErrors quiet;
     DriveFacts facts;
     facts.bytes = capacity(root);
+    facts.mostUsed = facts.bytes;
     char label[MAX_PATH] = "";
     char fileSystem[MAX_PATH] = "";
     if (GetVolumeInformationA(root.c_str(), label, sizeof label, nullptr, nullptr, nullptr,

@@ -31,14 +31,15 @@ TEST(Arguments, SecondsAreAWholeNumberFromOne) {
 
 TEST(Arguments, TraceIsAFlagOfEachCommand) {
   for (const char* line : {"packages x", "routers", "install --packages x --select-all --all",
-                           "boot --client 10.0.0.7"}) {
+                           "boot --client 10.0.0.7", "drives",
+                           "floppy --device A:", "disk --device E: --packages x --select-all"}) {
     EXPECT_FALSE(std::get<Arguments>(parseArguments(words(line))).trace);
     EXPECT_TRUE(std::get<Arguments>(parseArguments(words(std::string(line) + " --trace"))).trace);
   }
 }
 
 TEST(Arguments, NoCommandIsRefusedWithTheCommands) {
-  expectComplaint("", "Say what to do: packages, routers, install or boot.");
+  expectComplaint("", "Say what to do: packages, routers, install, boot, drives, disk or floppy.");
 }
 
 TEST(Arguments, UnknownWordsAreRefusedWithTheWayToHelp) {
@@ -70,13 +71,15 @@ TEST(Arguments, VersionIsPrinted) {
 TEST(Arguments, HelpNamesTheCommands) {
   const EarlyEnd end = ended("--help");
   EXPECT_EQ(end.exitCode, kExitDone);
-  for (const char* command : {"packages", "routers", "install", "boot"}) {
+  for (const char* command :
+       {"packages", "routers", "install", "boot", "drives", "disk", "floppy"}) {
     EXPECT_NE(end.text.find(command), std::string::npos);
   }
 }
 
 TEST(Arguments, HelpOfEachCommandHasAnExampleOfItAndFitsATerminal) {
-  for (const std::string command : {"packages", "routers", "install", "boot"}) {
+  for (const std::string command :
+       {"packages", "routers", "install", "boot", "drives", "disk", "floppy"}) {
     const EarlyEnd end = ended(command + " --help");
     EXPECT_EQ(end.exitCode, kExitDone);
     EXPECT_NE(end.text.find("Usage: omniset-cli " + command), std::string::npos);

@@ -75,7 +75,7 @@ bool contains(const std::string& text, const std::string& part) {
 TEST_F(InstallPlanTest, SelectionIsCompletedByItsDependenciesInInstallOrder) {
   options.select = {"routing"};
   EXPECT_EQ(files(), (Files{"system-2.8.bdl", "routing.bdl"}));
-  EXPECT_EQ(plan().packages, (Files{"system 2.8", "routing 1.0"}));
+  EXPECT_EQ(plan().packages, "system 2.8, routing 1.0");
 }
 
 TEST_F(InstallPlanTest, FileNamesAreTakenToo) {
@@ -192,7 +192,7 @@ TEST_F(InstallPlanTest, SpeedWithoutAnAddressIsWarnedOf) {
 
 TEST_F(InstallPlanTest, SeveralVersionsOfAPackageAreWarnedOf) {
   add("system-2.9.bdl", {.name = "system", .version = versionWord(2, 9), .description = "Base"});
-  EXPECT_TRUE(warns("several versions of system will be sent"));
+  EXPECT_TRUE(warns("several versions of system will be installed"));
 }
 
 TEST_F(InstallPlanTest, MoreFramesThanATargetCanCountAreWarnedOf) {

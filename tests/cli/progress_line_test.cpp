@@ -37,11 +37,11 @@ TEST(DurationText, RoundsUpToSeconds) {
 }
 
 TEST(PercentOf, IsRoundedDownAndWithinBounds) {
-  EXPECT_EQ(percentOf(sending(0, 100)), 0);
-  EXPECT_EQ(percentOf(sending(999, 1000)), 99);
-  EXPECT_EQ(percentOf(sending(1000, 1000)), 100);
-  EXPECT_EQ(percentOf(sending(2000, 1000)), 100);
-  EXPECT_EQ(percentOf(sending(0, 0)), 0);
+  EXPECT_EQ(percentOf(0, 100), 0);
+  EXPECT_EQ(percentOf(999, 1000), 99);
+  EXPECT_EQ(percentOf(1000, 1000), 100);
+  EXPECT_EQ(percentOf(2000, 1000), 100);
+  EXPECT_EQ(percentOf(0, 0), 0);
 }
 
 TEST(RateMeter, TellsNothingBeforeHalfASecond) {

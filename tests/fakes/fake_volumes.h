@@ -19,7 +19,7 @@ FileBytes bytesOf(std::string_view text);
 
 struct FakeDrive {
   std::uint32_t type = 2;
-  DriveFacts facts{64 << 20, "CARD", "FAT16 volume", ""};
+  DriveFacts facts{64 << 20, "CARD", "FAT16 volume", "", 64 << 20};
   DriveSector firstSector{};
   std::map<std::string, FileBytes> files;  // in its root folder
 

@@ -10,6 +10,11 @@ using ::testing::HasSubstr;
 
 constexpr std::uint64_t kMegabyte = 1 << 20;
 
+DriveFacts drive(std::uint64_t bytes, const std::string& label = {},
+                 const std::string& obstacle = {}) {
+  return {bytes, label, "", obstacle, bytes};
+}
+
 class DriveChecks : public MediaFixture {
  protected:
   std::string obstacle(const DriveFacts& facts) {
@@ -23,31 +28,40 @@ class DriveChecks : public MediaFixture {
 };
 
 TEST_F(DriveChecks, FindNothingAgainstADriveThatIsLargeEnough) {
-  EXPECT_EQ(obstacle({32 * kMegabyte, "", "", ""}), "");
+  EXPECT_EQ(obstacle(drive(32 * kMegabyte)), "");
 }
 
 TEST_F(DriveChecks, TellWhatHindersTheDrive) {
-  EXPECT_EQ(obstacle({32 * kMegabyte, "", "", "it is mounted on /home"}),
+  EXPECT_EQ(obstacle(drive(32 * kMegabyte, "", "it is mounted on /home")),
             "E:\\ cannot be used: it is mounted on /home.");
   EXPECT_EQ(obstacle({}), "E:\\ cannot be used: there is no medium in it.");
 }
 
 TEST_F(DriveChecks, RefuseADriveThatIsTooSmallWithBothSizes) {
   volumes.files[joinPath("packages", "system-2.9.bdl")].resize(32 * kMegabyte);
-  EXPECT_THAT(obstacle({32 * kMegabyte, "", "", ""}),
+  EXPECT_THAT(obstacle(drive(32 * kMegabyte)),
               HasSubstr("E:\\ is too small: it has 32 MB, and 32 MB are needed."));
-  EXPECT_EQ(obstacle({40 * kMegabyte, "", "", ""}), "");
+  EXPECT_EQ(obstacle(drive(40 * kMegabyte)), "");
 }
 
 TEST_F(DriveChecks, RefuseADriveThatFat16CannotFill) {
-  EXPECT_THAT(obstacle({kLargestDrive + 512, "", "", ""}), HasSubstr("no more than 4 GB"));
-  EXPECT_EQ(obstacle({kLargestDrive, "", "", ""}), "");
+  EXPECT_THAT(obstacle(drive(kLargestFat16 + 512)), HasSubstr("no more than 4 GB"));
+  EXPECT_EQ(obstacle(drive(kLargestFat16)), "");
+}
+
+TEST_F(DriveChecks, CountOnNoMoreThanTheFormatUses) {
+  volumes.files[joinPath("packages", "system-2.9.bdl")].resize(32 * kMegabyte);
+  DriveFacts facts = drive(8192 * kMegabyte);
+  facts.mostUsed = 16 * kMegabyte;
+  EXPECT_THAT(obstacle(facts), HasSubstr("of its 8192 MB no more than 16 MB are used"));
+  facts.mostUsed = 2047 * kMegabyte;
+  EXPECT_EQ(obstacle(facts), "");
 }
 
 TEST_F(DriveChecks, NameAPackageThatIsGone) {
   volumes.files.erase(joinPath("packages", "system-2.9.bdl"));
   try {
-    obstacle({32 * kMegabyte, "", "", ""});
+    obstacle(drive(32 * kMegabyte));
     FAIL() << "nothing was raised";
   } catch (const Failure& failure) {
     EXPECT_EQ(failure.what(), "Cannot open file: " + joinPath("packages", "system-2.9.bdl"));
@@ -60,15 +74,16 @@ TEST_F(DriveChecks, CountWholeClusters) {
 }
 
 TEST_F(DriveChecks, WantAFloppyOf1440Kilobytes) {
-  EXPECT_EQ(floppyObstacle("A:\\", {kFloppyBytes, "", "", ""}), "");
-  EXPECT_EQ(floppyObstacle("A:\\", {720 * 1024, "", "", ""}),
+  EXPECT_EQ(floppyObstacle("A:\\", drive(kFloppyBytes)), "");
+  EXPECT_EQ(floppyObstacle("A:\\", drive(720 * 1024)),
             "A:\\ is too small: it has 720 KB, and a floppy of 1440 KB is needed.");
+  EXPECT_EQ(floppyObstacle("A:\\", drive(64 * kMegabyte)), "A:\\ is no floppy: it has 64 MB.");
 }
 
 TEST_F(DriveChecks, DescribeADriveWithSizeAndLabel) {
-  EXPECT_EQ(driveDescription("E:\\", {512 * kMegabyte, "KESTRIX", "", ""}),
+  EXPECT_EQ(driveDescription("E:\\", drive(512 * kMegabyte, "KESTRIX")),
             "E:\\ (512 MB, label \"KESTRIX\")");
-  EXPECT_EQ(driveDescription("E:\\", {16384 * kMegabyte, "", "", ""}), "E:\\ (16 GB, no label)");
+  EXPECT_EQ(driveDescription("E:\\", drive(16384 * kMegabyte)), "E:\\ (16 GB, no label)");
 }
 
 }  // namespace

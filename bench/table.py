@@ -1,9 +1,9 @@
 """Prints the table of a run from its results; bench/run calls it.
 
-Usage: table.py TRANSFERS TFTP WINDOW MICRO
+Usage: table.py TRANSFERS TFTP MEDIA WINDOW MICRO
 TRANSFERS has lines "bare PLACE RATE", "link PLACE TARGETS RATE INSTALLER_KIB AGENT_KIB" and, with a
 switch on the way, "switched" with the same words, "pc CARD RATE" and "announced CARD SECONDS" (rates
-in MB/s), TFTP those that bench/tftp/run describes, WINDOW those that bench/window/window_bench.h describes, MICRO is the JSON of Google Benchmark
+in MB/s), TFTP and MEDIA those that bench/tftp/run and bench/media/run describe, WINDOW those that bench/window/window_bench.h describes, MICRO is the JSON of Google Benchmark
 with medians. All figures shown are medians, but for those of the longest click.
 """
 
@@ -190,6 +190,26 @@ def window_rows(w):
     return rows
 
 
+def media_rows(path):
+    seconds = {}
+    with open(path, encoding="utf-8") as lines:
+        for who, value in (line.split() for line in lines):
+            seconds.setdefault(who, []).append(float(value))
+
+    def rate(who):
+        return 64 * 1.048576 / statistics.median(seconds[who])
+
+    rows = []
+    for what, own in (("until all is on the medium", "made"), ("read back, too", "checked")):
+        rows.append(row(f"a disk with 64 MiB, {what}", rate(own), "MB/s", rate("cp"),
+                        "cp and sync to a mounted FAT volume", at_least=0.9))
+        rows.append(row(f"a disk with 64 MiB, {what}", rate(own), "MB/s", rate("mcopy"),
+                        "mcopy and sync"))
+    rows.append(row("a disk with 64 MiB, until all is on the medium", rate("made"), "MB/s",
+                    rate("dd"), "writing a file"))
+    return rows
+
+
 def micro_rows(path):
     with open(path, encoding="utf-8") as file:
         benchmarks = json.load(file)["benchmarks"]
@@ -223,11 +243,11 @@ def print_table(rows):
 
 
 def main():
-    transfers, tftp, window, micro = sys.argv[1:]
+    transfers, tftp, media, window, micro = sys.argv[1:]
     measured = Transfers(transfers)
     served = Tftp(tftp)
     print_table([HEADING] + transfer_rows(measured) + pc_rows(measured) + tftp_rows(served) +
-                window_rows(Window(window)) + micro_rows(micro))
+                media_rows(media) + window_rows(Window(window)) + micro_rows(micro))
     print()
     print_table(tftp_spread_rows(served))
     print(f"\nMedians; {os.cpu_count()} processors; 1 MB/s is 1,000,000 bytes of files in a second.")

@@ -5,12 +5,12 @@
 #include <string>
 #include <string_view>
 
+#include "core/file_name.h"
 #include "core/format_text.h"
 #include "fuzz_input.h"
 #include "target/disk/crc32.h"
 #include "target/disk/disk_inspection.h"
 #include "target/disk/disk_store.h"
-#include "target/file_name.h"
 #include "tests/fakes/fake_disk.h"
 
 namespace omniset::fuzz {

@@ -21,13 +21,15 @@ namespace {
 
 constexpr int kStepMs = 5;
 
-// The environment of a child: names on a volume are not to depend on the operator's language, and
-// what mtools finds unusual about a volume's geometry is what mkfs.fat made of it.
+// The environment of a child: names on a volume are not to depend on the operator's language, nor
+// anything on his mtools settings, and what mtools finds unusual about a volume's geometry is what
+// mkfs.fat made of it.
 std::vector<std::string> childEnvironment() {
   std::vector<std::string> variables{"LC_ALL=C.UTF-8", "MTOOLS_SKIP_CHECK=1"};
   for (char** variable = environ; *variable != nullptr; ++variable) {
     const std::string text = *variable;
-    if (!text.starts_with("LC_ALL=") && !text.starts_with("MTOOLS")) variables.push_back(text);
+    const bool isReplaced = text.starts_with("LC_ALL=") || text.starts_with("MTOOLS");
+    if (!isReplaced && !text.starts_with("HOME=")) variables.push_back(text);
   }
   return variables;
 }
@@ -37,6 +39,13 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
   for (std::string& text : texts) result.push_back(text.data());
   result.push_back(nullptr);
   return result;
+}
+
+// Whoever started this program may have left it so that ended children cannot be asked for.
+void beAbleToWait() {
+  struct sigaction action {};
+  sigaction(SIGCHLD, nullptr, &action);
+  if (action.sa_handler == SIG_IGN) signal(SIGCHLD, SIG_DFL);
 }
 
 class FileActions {
@@ -61,6 +70,8 @@ class FileActions {
 
 }  // namespace
 
+const FileDescriptor ChildProcess::kNone;
+
 FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept
     : fd_(std::exchange(other.fd_, -1)) {}
 
@@ -81,12 +92,12 @@ std::optional<Stream> makeStream() {
 }
 
 std::unique_ptr<ChildProcess> ChildProcess::start(const std::vector<std::string>& line,
-                                                  const FileDescriptor& input,
-                                                  const FileDescriptor& output) {
+                                                  const Streams& streams) {
+  beAbleToWait();
   FileActions actions;
-  actions.use(input, STDIN_FILENO);
-  actions.use(output, STDOUT_FILENO);
-  actions.use({}, STDERR_FILENO);
+  actions.use(streams.input, STDIN_FILENO);
+  actions.use(streams.output, STDOUT_FILENO);
+  actions.use(streams.errors, STDERR_FILENO);
   std::vector<std::string> arguments = line;
   std::vector<std::string> environment = childEnvironment();
   pid_t id = 0;

@@ -39,11 +39,16 @@ std::optional<Stream> makeStream();
 
 class ChildProcess {
  public:
-  // The program's path, then its arguments. Descriptors that are none stand for /dev/null. Its
-  // errors go nowhere. Null when it cannot be started.
+  // What it has for its standard streams; none stands for /dev/null.
+  struct Streams {
+    const FileDescriptor& input = kNone;
+    const FileDescriptor& output = kNone;
+    const FileDescriptor& errors = kNone;
+  };
+
+  // The program's path, then its arguments. Null when it cannot be started.
   static std::unique_ptr<ChildProcess> start(const std::vector<std::string>& line,
-                                             const FileDescriptor& input,
-                                             const FileDescriptor& output);
+                                             const Streams& streams);
   // One that still runs is ended.
   ~ChildProcess();
   ChildProcess(const ChildProcess&) = delete;
@@ -56,6 +61,8 @@ class ChildProcess {
   bool terminate();
 
  private:
+  static const FileDescriptor kNone;
+
   explicit ChildProcess(pid_t id) : id_(id) {}
   std::optional<int> collect(int options);
 

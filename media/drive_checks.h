@@ -19,7 +19,8 @@ std::uint64_t bytesNeeded(const std::vector<std::uint64_t>& fileSizes, std::uint
 
 // Why the drive cannot be made into such a disk or floppy, as a sentence for the operator that
 // names the drive; empty when nothing hinders. Writes nothing. Raises Error of loadImage, and
-// Failure "Cannot open file: " with the name for a package or a script that is not there.
+// Failure with a sentence about a package or the script: one that is not there ("Cannot open file:
+// " and its path), lies on that drive, or has a name that cannot be there.
 std::string driveObstacle(const std::string& drive, const DriveFacts& facts, const RInfo& what,
                           const MediaServices& services);
 std::string floppyObstacle(const std::string& drive, const DriveFacts& facts);

@@ -1,4 +1,4 @@
-// What Linux tells of disks: from /sys/block, /proc/self/mountinfo and the disks' first sectors.
+// What can be told of disks and image files on Linux.
 #pragma once
 
 #include <cstdint>
@@ -16,12 +16,10 @@ std::uint64_t driveBytes(const std::string& path);
 // free.
 constexpr std::uint64_t kMostUsed = std::uint64_t{2047} << 20;
 
-// The names of all disks in /sys/block that are devices, sorted, such as "/dev/sda"; no CDs, no
-// floppies.
+// Such as "/dev/sda".
 std::vector<std::string> diskPaths();
-bool isRemovable(const std::string& path);
-// The system runs from it, or from a volume that lies on it.
-bool isSystemDisk(const std::string& path);
+// As Volumes::driveType(): neither for the disk that the system runs from.
+std::uint32_t typeOfDisk(const std::string& path);
 
 DriveFacts readDriveFacts(const std::string& path);
 

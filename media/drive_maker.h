@@ -39,8 +39,8 @@ class DriveMaker : public Code {
   DriveMaker(RInfo what, MediaServices services, std::int64_t totalBytes);
 
   // Raises Failure, and Error for system folders, drive strings and a format that cannot be ended;
-  // then the last report has failed with that text. Asked to stop it fails with "Canceled", within
-  // a second.
+  // then the last report has failed with that text. Asked to stop it fails with "Canceled",
+  // between two calls of the system, each of which may take its time on a slow drive.
   void run() override;
 
   // At most one record, the latest. Any thread.

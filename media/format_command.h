@@ -20,7 +20,7 @@ struct FormatLine {
   std::string commandLine;
 };
 
-// The command that runs. The destructor lets go of it, without ending it.
+// The command that runs. Whoever destroys it has awaited or ended it.
 class FormatProcess {
  public:
   enum class Wait { kEnded, kRuns, kFailed };

@@ -78,7 +78,8 @@ class MakeFatCommand : public FormatCommand {
   std::unique_ptr<FormatProcess> start(const FormatLine&) override {
     Stream input = requiredStream("Cannot setup format");
     Stream output = requiredStream("Cannot setup format2");
-    auto process = ChildProcess::start(arguments_, input.childs, output.childs);
+    auto process = ChildProcess::start(
+        arguments_, {.input = input.childs, .output = output.childs, .errors = output.childs});
     if (!process) throw Failure("Cannot start format");
     return std::make_unique<MakeFat>(std::move(input), std::move(output), std::move(process));
   }

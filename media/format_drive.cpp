@@ -11,8 +11,9 @@ namespace {
 
 constexpr int kFormatLimitMs = 300'000;
 constexpr int kSliceMs = 250;
-// More of the command's output is not traced.
+// So much of the command's output is traced, of its first words and of what follows.
 constexpr std::size_t kMostOutput = 8196;
+constexpr std::size_t kMostTraced = 2 * kMostOutput;
 
 class FormatRun {
  public:
@@ -43,7 +44,7 @@ class FormatRun {
     while (true) {
       const std::string output = process_.output(kMostOutput);
       if (output.empty()) return;
-      const std::size_t kept = std::min(output.size(), kMostOutput - traced_);
+      const std::size_t kept = std::min(output.size(), kMostTraced - traced_);
       trace(output.substr(0, kept));
       traced_ += kept;
     }

@@ -53,7 +53,8 @@ class StreamDevice : public Device {
 
 class WrittenFile : public StreamDevice {
  public:
-  using StreamDevice::StreamDevice;
+  WrittenFile(FileDescriptor stream, FileDescriptor errors, std::unique_ptr<ChildProcess> process)
+      : StreamDevice(std::move(stream), std::move(process)), errors_(std::move(errors)) {}
 
   std::optional<std::size_t> write(std::span<const std::uint8_t> from) override {
     std::size_t sent = 0;
@@ -65,6 +66,16 @@ class WrittenFile : public StreamDevice {
     }
     return sent;
   }
+
+  // mcopy complains of a full volume, and calls that a success.
+  bool close() override {
+    const bool isClosed = StreamDevice::close();
+    char complaint = 0;
+    return isClosed && recv(errors_.get(), &complaint, 1, MSG_DONTWAIT) <= 0;
+  }
+
+ private:
+  FileDescriptor errors_;
 };
 
 class ReadFile : public StreamDevice {
@@ -89,7 +100,7 @@ class ReadFile : public StreamDevice {
 DevicePtr startReader(const std::vector<std::string>& line) {
   auto stream = makeStream();
   if (!stream) return nullptr;
-  auto process = ChildProcess::start(line, {}, stream->childs);
+  auto process = ChildProcess::start(line, {.output = stream->childs});
   if (!process) return nullptr;
   return std::make_unique<ReadFile>(std::move(stream->ours), std::move(process));
 }
@@ -133,11 +144,13 @@ DevicePtr createFileOnVolume(const std::string& device, const std::string& name,
                              Volumes::Creation creation) {
   if (creation == Volumes::Creation::kNew && !mayBeNew(device, name)) return nullptr;
   auto stream = makeStream();
-  if (!stream) return nullptr;
+  auto errors = makeStream();
+  if (!stream || !errors) return nullptr;
   auto process = ChildProcess::start({findProgram("mcopy"), "-o", "-i", device, "-", "::" + name},
-                                     stream->childs, {});
+                                     {.input = stream->childs, .errors = errors->childs});
   if (!process) return nullptr;
-  return std::make_unique<WrittenFile>(std::move(stream->ours), std::move(process));
+  return std::make_unique<WrittenFile>(std::move(stream->ours), std::move(errors->ours),
+                                       std::move(process));
 }
 
 DevicePtr openFileOnVolume(const std::string& device, const std::string& name) {

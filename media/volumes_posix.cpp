@@ -79,10 +79,7 @@ class PosixVolumes : public Volumes {
   // Disks have no letters; driveType() knows the system's own.
   std::string systemDirectory() override { return {}; }
   std::vector<std::string> driveStrings() override { return diskPaths(); }
-  std::uint32_t driveType(const std::string& root) override {
-    if (isSystemDisk(root)) return 0;
-    return isRemovable(root) ? kRemovableDrive : kFixedDrive;
-  }
+  std::uint32_t driveType(const std::string& root) override { return typeOfDisk(root); }
   DriveFacts facts(const std::string& root) override { return readDriveFacts(root); }
 
   std::string rootPath(char letter) const override { return std::string(1, letter) + ":/"; }
@@ -104,7 +101,8 @@ class PosixVolumes : public Volumes {
     if (!device || fsync(device.get()) != 0) return false;
     struct stat facts {};
     if (fstat(device.get(), &facts) != 0) return false;
-    if (S_ISBLK(facts.st_mode)) return ioctl(device.get(), BLKFLSBUF, 0) == 0;
+    // To empty the buffers of a device is the administrator's right.
+    if (S_ISBLK(facts.st_mode) && ioctl(device.get(), BLKFLSBUF, 0) == 0) return true;
     return posix_fadvise(device.get(), 0, 0, POSIX_FADV_DONTNEED) == 0;
   }
 

@@ -183,42 +183,68 @@ class Vwin32 : public Volumes::AbsoluteDisk {
   Win32Handle handle_;
 };
 
+// A device that is not open tells nothing.
+template <class Answer>
+std::optional<Answer> asked(HandleDevice* device, DWORD code) {
+  Answer answer{};
+  if (!device ||
+      !device->control(code, {}, {reinterpret_cast<std::uint8_t*>(&answer), sizeof answer})) {
+    return std::nullopt;
+  }
+  return answer;
+}
+
+// Older systems know the geometry alone, and Windows 9x the room for files alone.
 std::uint64_t capacity(const std::string& root) {
-  if (auto volume = openHandle(volumePath(root.front()), GENERIC_READ, OPEN_EXISTING)) {
-    std::uint64_t bytes = 0;
-    if (volume->control(IOCTL_DISK_GET_LENGTH_INFO, {},
-                        {reinterpret_cast<std::uint8_t*>(&bytes), sizeof bytes})) {
-      return bytes;
-    }
+  const auto volume = openHandle(volumePath(root.front()), GENERIC_READ, OPEN_EXISTING);
+  if (const auto length = asked<GET_LENGTH_INFORMATION>(volume.get(), IOCTL_DISK_GET_LENGTH_INFO)) {
+    return static_cast<std::uint64_t>(length->Length.QuadPart);
+  }
+  if (const auto shape = asked<DISK_GEOMETRY>(volume.get(), IOCTL_DISK_GET_DRIVE_GEOMETRY)) {
+    return static_cast<std::uint64_t>(shape->Cylinders.QuadPart) * shape->TracksPerCylinder *
+           shape->SectorsPerTrack * shape->BytesPerSector;
   }
   ULARGE_INTEGER bytes{};
   return GetDiskFreeSpaceExA(root.c_str(), nullptr, &bytes, nullptr) ? bytes.QuadPart : 0;
 }
 
-struct DiskPlace {
-  DWORD disk = 0;
-  DWORD partition = 0;
-};
-
-// Asking takes no rights.
-std::optional<DiskPlace> placeOf(char letter) {
+// Of a volume on a disk that has partitions. Asking takes no rights.
+std::optional<STORAGE_DEVICE_NUMBER> placeOf(char letter) {
   const auto volume = openHandle(volumePath(letter), 0, OPEN_EXISTING);
-  STORAGE_DEVICE_NUMBER number{};
-  if (!volume ||
-      !volume->control(IOCTL_STORAGE_GET_DEVICE_NUMBER, {},
-                       {reinterpret_cast<std::uint8_t*>(&number), sizeof number}) ||
-      number.DeviceType != FILE_DEVICE_DISK) {
-    return std::nullopt;
-  }
-  return DiskPlace{number.DeviceNumber, number.PartitionNumber};
+  const auto place = asked<STORAGE_DEVICE_NUMBER>(volume.get(), IOCTL_STORAGE_GET_DEVICE_NUMBER);
+  constexpr DWORD kNoPartitions = 0xFFFFFFFF;
+  const bool isOnDisk =
+      place && place->DeviceType == FILE_DEVICE_DISK && place->PartitionNumber != kNoPartitions;
+  return isOnDisk ? place : std::nullopt;
 }
 
-// The disk's partition table is wiped, and with it goes every drive that is on that disk.
-bool isOnSameDisk(const DiskPlace& place, char letter) {
+bool isOnSameDisk(const STORAGE_DEVICE_NUMBER& place, char letter) {
   const auto other = placeOf(letter);
-  return other && other->disk == place.disk && other->partition != place.partition;
+  return other && other->DeviceNumber == place.DeviceNumber &&
+         other->PartitionNumber != place.PartitionNumber;
 }
 
+// Partitions without letters too: those that start systems have none.
+bool hasOtherPartitions(const STORAGE_DEVICE_NUMBER& place) {
+  constexpr std::size_t kMostPartitions = 128;
+  union {
+    DRIVE_LAYOUT_INFORMATION layout;
+    std::uint8_t
+        bytes[sizeof(DRIVE_LAYOUT_INFORMATION) + kMostPartitions * sizeof(PARTITION_INFORMATION)];
+  } answer{};
+  const auto disk = openHandle("\\\\.\\PHYSICALDRIVE" + std::to_string(place.DeviceNumber),
+                               GENERIC_READ, OPEN_EXISTING);
+  if (!disk || !disk->control(IOCTL_DISK_GET_DRIVE_LAYOUT, {}, answer.bytes)) return false;
+  const DWORD count = std::min<DWORD>(answer.layout.PartitionCount, kMostPartitions);
+  const PARTITION_INFORMATION* partitions = answer.layout.PartitionEntry;
+  return std::any_of(partitions, partitions + count, [&](const PARTITION_INFORMATION& partition) {
+    return partition.PartitionType != PARTITION_ENTRY_UNUSED &&
+           !IsContainerPartition(partition.PartitionType) &&
+           partition.PartitionNumber != place.PartitionNumber;
+  });
+}
+
+// The disk's partition table is wiped, and with it goes everything else on that disk.
 std::string neighbourObstacle(const std::string& root, char systemDrive,
                               const std::vector<std::string>& roots) {
   const auto place = placeOf(root.front());
@@ -230,7 +256,18 @@ std::string neighbourObstacle(const std::string& root, char systemDrive,
       return "the drive " + other + " is on the same disk and would be lost with it";
     }
   }
+  if (hasOtherPartitions(*place)) {
+    return "another partition is on the same disk and would be lost with it";
+  }
   return {};
+}
+
+std::string programObstacle(const std::string& root) {
+  char program[MAX_PATH] = "";
+  GetModuleFileNameA(nullptr, program, sizeof program);
+  const bool isThere =
+      CompareStringA(LOCALE_INVARIANT, NORM_IGNORECASE, program, 1, root.c_str(), 1) == CSTR_EQUAL;
+  return isThere ? "this program runs from it" : "";
 }
 
 std::string writingObstacle(const std::string& root) {
@@ -289,6 +326,7 @@ class WindowsVolumes : public Volumes {
       facts.contents = std::string(fileSystem) + " volume";
     }
     facts.obstacle = neighbourObstacle(root, systemDirectory().front(), driveStrings());
+    if (facts.obstacle.empty()) facts.obstacle = programObstacle(root);
     if (facts.obstacle.empty()) facts.obstacle = writingObstacle(root);
     return facts;
   }

@@ -6,6 +6,7 @@
 // Dialogs.
 #define IDD_MAIN 101
 #define IDD_SET_NAME 102
+#define IDD_MAKER 103
 #define IDD_HELP 106
 #define IDD_NET_BOOTING 107
 
@@ -53,6 +54,15 @@
 #define IDC_SET_NAME 1000
 #define IDC_SET_NAME_OK 1001
 #define IDC_SET_NAME_CANCEL 1024
+
+// Making a boot floppy.
+#define IDC_MAKER_EXPLANATION 1000
+#define IDC_MAKER_LABEL 1003
+#define IDC_MAKER_STATUS 1001
+#define IDC_MAKER_PROGRESS 1005
+#define IDC_MAKER_START 1006
+#define IDC_MAKER_CANCEL 1007
+#define IDC_MAKER_DONE 1008
 
 // The help.
 #define IDC_HELP_TEXT 1030

@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include "core/error.h"
-#include "target/file_name.h"
+#include "core/file_name.h"
 
 namespace omniset {
 

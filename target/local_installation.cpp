@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/error.h"
+#include "core/file_name.h"
 #include "core/format_text.h"
 #include "core/mac_address.h"
 #include "link/link_frame.h"
@@ -12,7 +13,6 @@
 #include "target/disk/disk_store.h"
 #include "target/disk/size_text.h"
 #include "target/disk/volume_files.h"
-#include "target/file_name.h"
 
 namespace omniset {
 

@@ -3,6 +3,7 @@
 #include <exception>
 #include <initializer_list>
 
+#include "boot/boot_images.h"
 #include "core/error.h"
 #include "core/trace.h"
 #include "resources/resource_ids.h"
@@ -59,14 +60,16 @@ Omniset::Bound::Bound(Omniset& window, RouterInstaller& installer)
       statusText(window.statusBar_),
       view(window, packageRows),
       routers(routerRows, window.clock_),
+      drives(routers, window.media_, window.driveService_, window.operator_),
       catalogue(packageRows, statusText),
-      workflow({installer, routers, catalogue, window.sets_, window.remembered_, window.registry_,
-                statusText, view, window.operator_}) {}
+      workflow({installer, routers, drives, catalogue, window.sets_, window.remembered_,
+                window.registry_, statusText, view, window.operator_}) {}
 
 // The lists' unused numbers are those of images that other rows have.
 Omniset::Omniset()
     : routerImages_{IDI_ROUTER, IDI_ROUTER, IDI_ROUTER, IDI_FIXED_DRIVE, IDI_REMOVABLE_DRIVE},
-      packageImages_{IDI_PACKAGE, IDI_PACKAGE, IDI_PACKAGE, IDI_UNMET_DEPENDENCY} {
+      packageImages_{IDI_PACKAGE, IDI_PACKAGE, IDI_PACKAGE, IDI_UNMET_DEPENDENCY},
+      media_(makeMediaServices(loadBootImage)) {
   createDialog();
   service_ = std::make_unique<InstallerService>(clock_);
   startBootService();
@@ -74,8 +77,6 @@ Omniset::Omniset()
   statusBar_.create(handle());
   bound_ = std::make_unique<Bound>(*this, service_->installer());
   bound_->view.prepare();
-  // It comes with what it opens.
-  enable(IDC_MAKE_FLOPPY, false);
   setUpLists();
   readSettings();
   ShowWindow(handle(), SW_SHOW);
@@ -99,6 +100,7 @@ void Omniset::shutDown() {
   writeSettings();
   ShowWindow(handle(), SW_HIDE);
   bootService_.stop();
+  driveService_.stop();
   service_.reset();
 }
 
@@ -140,6 +142,7 @@ void Omniset::readSettings() {
   remembered_ = readRemembered(settings);
   bound_->workflow.begin();
   bound_->workflow.openFolder(readPackagePath(settings));
+  bound_->workflow.listDrives();
 }
 
 void Omniset::placeWindow(Registry& settings) {

@@ -9,6 +9,7 @@
 #include "install/router_list.h"
 #include "packages/package_catalogue.h"
 #include "ui/boot_service.h"
+#include "ui/drive_service.h"
 #include "ui/installer_service.h"
 #include "ui/list_rows.h"
 #include "ui/main_layout.h"
@@ -19,6 +20,7 @@
 #include "ui/toolkit/image_list.h"
 #include "ui/window_operator.h"
 #include "ui/window_view.h"
+#include "ui/workflow/local_drives.h"
 #include "ui/workflow/net_booting.h"
 #include "ui/workflow/package_sets.h"
 #include "ui/workflow/workflow.h"
@@ -47,6 +49,7 @@ class Omniset : public Dialog, public Desktop {
     StatusBarText statusText;
     WindowView view;
     RouterList routers;
+    LocalDrives drives;
     PackageCatalogue catalogue;
     Workflow workflow;
   };
@@ -72,6 +75,8 @@ class Omniset : public Dialog, public Desktop {
   void packageClicked(const NMHDR& notification);
   void packageKey(const NMHDR& notification);
   void editNetBooting();
+  void makeFloppies();
+  void devicesChanged(WPARAM event, LPARAM what);
   void timerTick();
   void closeRequested();
   void sized();
@@ -89,6 +94,8 @@ class Omniset : public Dialog, public Desktop {
   WindowOperator operator_{*this};
   std::unique_ptr<InstallerService> service_;
   BootService bootService_;
+  MediaServices media_;
+  DriveService driveService_{media_};
   SystemLocalAddresses localAddresses_;
   NetBooting netBooting_{bootServer_, bootService_, localAddresses_, operator_};
   std::unique_ptr<Bound> bound_;

@@ -1,8 +1,13 @@
 // What each message means to the workflow.
+#include <windows.h>
+// After windows.h, whose types it uses.
+#include <dbt.h>
+
 #include "core/trace.h"
 #include "resources/resource_ids.h"
 #include "ui/help.h"
 #include "ui/main_window.h"
+#include "ui/maker.h"
 #include "ui/pxe_boot.h"
 
 namespace omniset {
@@ -53,6 +58,9 @@ INT_PTR Omniset::dialogProcedure(UINT message, WPARAM wParam, LPARAM lParam) {
     case kResolutionChanged:
       layout_.setResolution(HIWORD(wParam));
       return FALSE;  // the system enlarges the dialog and what is in it
+    case WM_DEVICECHANGE:
+      devicesChanged(wParam, lParam);
+      return answer(TRUE);
     case WM_ENDSESSION:
       if (wParam) writeSettings();
       return TRUE;
@@ -117,6 +125,9 @@ bool Omniset::parameterCommand(int id) {
       return true;
     case IDC_NET_BOOTING:
       editNetBooting();
+      return true;
+    case IDC_MAKE_FLOPPY:
+      makeFloppies();
       return true;
     case IDC_SHOW_HELP:
       Help().show(handle());
@@ -193,6 +204,20 @@ void Omniset::packageKey(const NMHDR& notification) {
 void Omniset::editNetBooting() {
   PXEBoot dialog(bootServer_);
   if (dialog.ask(handle())) netBooting_.changeSettings(dialog.settings());
+}
+
+void Omniset::makeFloppies() {
+  Maker(registry_, media_).run(handle());
+}
+
+// A drive that keeps its letter is told of, too, when its medium goes.
+void Omniset::devicesChanged(WPARAM event, LPARAM what) {
+  if (event == DBT_DEVICEARRIVAL) bound_->workflow.drivesChanged();
+  if (event != DBT_DEVICEREMOVECOMPLETE) return;
+  const auto* device = reinterpret_cast<const DEV_BROADCAST_HDR*>(what);
+  const bool isVolume = device && device->dbch_devicetype == DBT_DEVTYP_VOLUME;
+  bound_->workflow.mediaRemoved(
+      isVolume ? reinterpret_cast<const DEV_BROADCAST_VOLUME*>(device)->dbcv_unitmask : 0);
 }
 
 void Omniset::timerTick() {

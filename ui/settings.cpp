@@ -92,6 +92,10 @@ std::string readPackagePath(Registry& key) {
   return read(key, setting::kPackagePath);
 }
 
+std::string readFloppyLabel(Registry& key) {
+  return read(key, setting::kFloppyLabel);
+}
+
 void writeSettings(RegistryRoot& root, const Settings& settings, const PackageSets& sets) {
   Registry key(root, kSettingsKey);
   write(key, settings.geometry);
@@ -101,6 +105,12 @@ void writeSettings(RegistryRoot& root, const Settings& settings, const PackageSe
   Registry setsKey(key, kPackageSetsSubKey);
   sets.store(setsKey);
   setsKey.close();
+  key.close();
+}
+
+void writeFloppyLabel(RegistryRoot& root, const std::string& label) {
+  Registry key(root, kSettingsKey);
+  write(key, setting::kFloppyLabel, label);
   key.close();
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "media/floppy_maker.h"
 #include "ui/registry.h"
 
 namespace omniset {
@@ -44,7 +45,7 @@ inline constexpr Setting<std::int32_t> kUseScript{"Previous Script", 0};
 inline constexpr Setting<const char*> kScriptFile{"Previous ScriptFile", ""};
 inline constexpr Setting<std::int32_t> kBootServerEnabled{"PXE Enabled", 0};
 inline constexpr Setting<std::int32_t> kBootClientAddress{"PXE Client Address", 0};
-inline constexpr Setting<const char*> kFloppyLabel{"Default Label", "veltrona"};
+inline constexpr Setting<const char*> kFloppyLabel{"Default Label", kProposedLabel};
 
 }  // namespace setting
 
@@ -79,6 +80,7 @@ WindowGeometry readGeometry(Registry& key, std::int32_t height);
 BootServerSettings readBootServer(Registry& key);
 RememberedParameters readRemembered(Registry& key);
 std::string readPackagePath(Registry& key);
+std::string readFloppyLabel(Registry& key);
 
 struct Settings {
   WindowGeometry geometry;
@@ -90,5 +92,8 @@ struct Settings {
 // Writes all settings, then the package sets, and closes the keys. Raises Error at the first thing
 // that fails and leaves the rest unwritten. Deletes nothing.
 void writeSettings(RegistryRoot& root, const Settings& settings, const PackageSets& sets);
+
+// The label of new floppies, which is written by itself when it was used. Raises Error.
+void writeFloppyLabel(RegistryRoot& root, const std::string& label);
 
 }  // namespace omniset

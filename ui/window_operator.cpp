@@ -15,6 +15,11 @@ bool WindowOperator::ask(const char* caption, const std::string& text) {
   return MessageBoxA(dialog_.handle(), text.c_str(), caption, MB_YESNO) == IDYES;
 }
 
+bool WindowOperator::warn(const std::string& text) {
+  return MessageBoxA(dialog_.handle(), text.c_str(), "Warning",
+                     MB_YESNO | MB_ICONWARNING | MB_DEFBUTTON2) == IDYES;
+}
+
 std::optional<std::string> WindowOperator::nameSet(const std::string& proposal) {
   SetName prompt(proposal);
   if (!prompt.ask(dialog_.handle())) return std::nullopt;

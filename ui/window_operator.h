@@ -16,6 +16,7 @@ class WindowOperator : public Operator {
 
   void tell(const char* caption, const std::string& text, Icon icon) override;
   bool ask(const char* caption, const std::string& text) override;
+  bool warn(const std::string& text) override;
   std::optional<std::string> nameSet(const std::string& proposal) override;
   std::optional<std::string> chooseFolder(const std::string& present) override;
   std::optional<std::string> chooseScript() override;

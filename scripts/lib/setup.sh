@@ -15,6 +15,8 @@ NETWORK_PACKAGES=(iproute2)
 TFTP_PACKAGES=(curl atftp tftp-hpa netbase)
 WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest wine wine64)
 SCREEN_PACKAGES=(xvfb xauth openbox imagemagick fonts-wine fonts-liberation)
+# Drives of the window's tests.
+DRIVE_PACKAGES=(fuse python3-fusepy mtools dosfstools)
 # Virtual PCs, and what reads their disks.
 VM_PACKAGES=(qemu-system-x86 ipxe-qemu seabios fdisk)
 CHECK_PACKAGES=(git clang-format)

@@ -102,7 +102,8 @@ wine_screen_prefix() {
   wine_display=$DISPLAY
 }
 
-# Without a window manager Wine itself draws the captions and moves the focus.
+# Without a window manager Wine itself draws the captions and moves the focus. Drive Z, the whole of
+# this computer's files, is no disk that a program could take for its own.
 wine_screen_settings() {
   local dpi=$1 managed=N
   if [ -n "${xvfb_manager_pid:-}" ]; then managed=Y; fi
@@ -118,6 +119,9 @@ REGEDIT4
 
 [HKEY_CURRENT_USER\\Control Panel\\Desktop]
 "LogPixels"=dword:$(printf '%08x' "$dpi")
+
+[HKEY_LOCAL_MACHINE\\Software\\Wine\\Drives]
+"z:"="network"
 SETTINGS
 }
 

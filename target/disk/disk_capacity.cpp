@@ -1,6 +1,7 @@
 #include "target/disk/disk_capacity.h"
 
 #include "core/error.h"
+#include "core/file_name.h"
 #include "target/disk/fat16_plan.h"
 #include "target/disk/partition_table.h"
 #include "target/disk/size_text.h"
@@ -9,13 +10,7 @@ namespace omniset {
 
 namespace {
 
-constexpr std::size_t kLongNamePart = 13;  // characters in an entry
 constexpr std::uint32_t kLabelEntries = 1;
-
-// Every name may need its long form.
-std::uint64_t entriesOf(std::string_view name) {
-  return 1 + (name.size() + kLongNamePart - 1) / kLongNamePart;
-}
 
 }  // namespace
 
@@ -28,10 +23,10 @@ void requireCapacity(const std::string& diskName, std::uint64_t diskSectors,
   };
   // Before the mark gets its place the one of the begin has it.
   std::uint64_t clusters = clustersOf(makeMark(files).size()) + clustersOf(kBegunMark.size());
-  std::uint64_t entries = kLabelEntries + entriesOf(kMarkName) + entriesOf(kPartName);
+  std::uint64_t entries = kLabelEntries + fatEntriesOf(kMarkName) + fatEntriesOf(kPartName);
   for (const MarkedFile& file : files) {
     clusters += clustersOf(file.size);
-    entries += entriesOf(file.name);
+    entries += fatEntriesOf(file.name);
   }
   if (entries > kFat16RootEntries) {
     throw Failure("The root folder of the disk " + diskName + " has no room for the names of " +

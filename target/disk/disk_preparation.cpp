@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "core/error.h"
+#include "core/file_name.h"
 #include "link/link_frame.h"
 #include "target/disk/mark_file.h"
 #include "target/disk/partition_table.h"
 #include "target/disk/size_text.h"
-#include "target/file_name.h"
 
 namespace omniset {
 

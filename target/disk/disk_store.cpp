@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "core/error.h"
+#include "core/file_name.h"
 #include "link/link_frame.h"
 #include "target/disk/mark_file.h"
 #include "target/disk/volume_files.h"
-#include "target/file_name.h"
 
 namespace omniset {
 

@@ -2,9 +2,9 @@
 
 #include <charconv>
 
+#include "core/file_name.h"
 #include "core/format_text.h"
 #include "target/disk/crc32.h"
-#include "target/file_name.h"
 
 namespace omniset {
 

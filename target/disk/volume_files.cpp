@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "target/file_name.h"
+#include "core/file_name.h"
 
 namespace omniset {
 

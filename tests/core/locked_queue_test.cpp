@@ -25,6 +25,15 @@ TEST(LockedQueue, GivesTheOldestFirst) {
   EXPECT_EQ(queue.pop(), std::nullopt);
 }
 
+TEST(LockedQueue, KeepsTheLatestAloneWhereThatIsAskedFor) {
+  LockedQueue<int> queue;
+  for (const int i : {1, 2, 3}) queue.pushLatest(i);
+  EXPECT_TRUE(queue.notEmpty().wait(0));
+  EXPECT_EQ(queue.pop(), 3);
+  EXPECT_FALSE(queue.notEmpty().wait(0));
+  EXPECT_EQ(queue.pop(), std::nullopt);
+}
+
 TEST(LockedQueue, IsSignalledUntilTheLastItemIsTaken) {
   LockedQueue<int> queue;
   queue.push(1);

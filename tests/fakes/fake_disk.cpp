@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "core/error.h"
+#include "core/file_name.h"
 #include "target/disk/fat_boot_sector.h"
-#include "target/file_name.h"
 
 namespace omniset::test {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "target/file_name.h"
+#include "core/file_name.h"
 
 namespace omniset::test {
 

@@ -112,7 +112,9 @@ class FakeRaw : public FakeDevice {
  private:
   std::span<const std::uint8_t> bytes() override { return drive_.firstSector; }
   void put(std::span<const std::uint8_t> from) override {
-    std::copy_n(from.begin(), std::min(from.size(), drive_.firstSector.size() - at_),
+    FileBytes changed(from.begin(), from.end());
+    if (volumes_.corrupt) volumes_.corrupt(name_, changed);
+    std::copy_n(changed.begin(), std::min(changed.size(), drive_.firstSector.size() - at_),
                 drive_.firstSector.begin() + static_cast<std::ptrdiff_t>(at_));
   }
 
@@ -205,7 +207,7 @@ FileBytes* FakeVolumes::find(const std::string& path) {
 }
 
 DevicePtr FakeVolumes::createFile(const std::string& path, Creation creation) {
-  if (isFaulty("create " + path)) return nullptr;
+  if (isFaulty((creation == Creation::kNew ? "create " : "overwrite ") + path)) return nullptr;
   FileBytes* file = find(path);
   if (file && creation == Creation::kNew) return nullptr;
   if (!file) {
@@ -218,9 +220,33 @@ DevicePtr FakeVolumes::createFile(const std::string& path, Creation creation) {
 }
 
 DevicePtr FakeVolumes::openFile(const std::string& path) {
+  return openNoted("open ", path);
+}
+
+DevicePtr FakeVolumes::openWritten(const std::string& path) {
+  return isFlushed(path.front()) ? openNoted("open written ", path) : nullptr;
+}
+
+DevicePtr FakeVolumes::openWithoutAccess(const std::string& path) {
+  return openNoted("look at ", path);
+}
+
+DevicePtr FakeVolumes::openNoted(const std::string& how, const std::string& path) {
   FileBytes* file = find(path);
-  if (isFaulty("open " + path) || !file) return nullptr;
+  if (isFaulty(how + path) || !file) return nullptr;
   return std::make_unique<FakeFile>(*this, path, *file);
+}
+
+bool FakeVolumes::isFlushed(char letter) const {
+  const auto isFlush = [&](const std::string& call) {
+    return call == std::string("flush ") + letter;
+  };
+  const auto isWrite = [&](const std::string& call) {
+    return call.starts_with("write " + rootPath(letter)) ||
+           call == std::string("write volume ") + letter;
+  };
+  const auto flush = std::find_if(calls.rbegin(), calls.rend(), isFlush);
+  return flush != calls.rend() && std::none_of(calls.rbegin(), flush, isWrite);
 }
 
 std::unique_ptr<Volumes::AbsoluteDisk> FakeVolumes::openAbsoluteDisk() {

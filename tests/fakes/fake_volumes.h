@@ -42,8 +42,8 @@ class FakeVolumes : public Volumes {
   // "Read from device failed", and so on, for the call of this number from 0.
   int faultyCall = -1;
   Fault fault = Fault::kFails;
-  // Changes what is written to a file on a drive, on its way.
-  std::function<void(const std::string& path, FileBytes& bytes)> corrupt;
+  // Changes what is written to a file on a drive or to "volume E", on its way.
+  std::function<void(const std::string& name, FileBytes& bytes)> corrupt;
 
   // Called with every call, of the format too.
   std::function<void()> onCall;
@@ -65,12 +65,15 @@ class FakeVolumes : public Volumes {
   bool flushVolume(char letter) override;
   DevicePtr createFile(const std::string& path, Creation creation) override;
   DevicePtr openFile(const std::string& path) override;
-  DevicePtr openWritten(const std::string& path) override { return openFile(path); }
-  DevicePtr openWithoutAccess(const std::string& path) override { return openFile(path); }
+  // Only of a drive on which nothing was written since it was flushed.
+  DevicePtr openWritten(const std::string& path) override;
+  DevicePtr openWithoutAccess(const std::string& path) override;
   std::unique_ptr<AbsoluteDisk> openAbsoluteDisk() override;
 
  private:
   FileBytes* find(const std::string& path);
+  DevicePtr openNoted(const std::string& how, const std::string& path);
+  bool isFlushed(char letter) const;
 };
 
 class FakeFormat : public FormatCommand {

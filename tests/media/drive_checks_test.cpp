@@ -25,6 +25,20 @@ class DriveChecks : public MediaFixture {
     }
     return found;
   }
+
+  // The text of the Failure, or the obstacle.
+  std::string refusal(const RInfo& what) {
+    try {
+      return driveObstacle("E:\\", drive(512 * kMegabyte), what, fakeServices(volumes, format));
+    } catch (const Failure& failure) {
+      return failure.what();
+    }
+  }
+  std::string refusal(const std::vector<std::string>& packages) {
+    RInfo what = plainInfo();
+    what.packageFiles = packages;
+    return refusal(what);
+  }
 };
 
 TEST_F(DriveChecks, FindNothingAgainstADriveThatIsLargeEnough) {
@@ -40,7 +54,7 @@ TEST_F(DriveChecks, TellWhatHindersTheDrive) {
 TEST_F(DriveChecks, RefuseADriveThatIsTooSmallWithBothSizes) {
   volumes.files[joinPath("packages", "system-2.9.bdl")].resize(32 * kMegabyte);
   EXPECT_THAT(obstacle(drive(32 * kMegabyte)),
-              HasSubstr("E:\\ is too small: it has 32 MB, and 32 MB are needed."));
+              HasSubstr("E:\\ is too small: it has 32 MB, and 33 MB are needed."));
   EXPECT_EQ(obstacle(drive(40 * kMegabyte)), "");
 }
 
@@ -68,9 +82,41 @@ TEST_F(DriveChecks, NameAPackageThatIsGone) {
   }
 }
 
+TEST_F(DriveChecks, RefuseNamesThatCannotBeThere) {
+  for (const std::string name : {"a:b.bdl", "a?.bdl", "con.bdl", "a|b.bdl", "f\xC3\xBCr.bdl"}) {
+    EXPECT_EQ(refusal({name}), "A package of this name cannot be on a disk: " + name);
+  }
+  EXPECT_EQ(refusal({"system-2.9.bdl", "SYSTEM-2.9.bdl"}),
+            "Two packages have the same name but for case: SYSTEM-2.9.bdl");
+}
+
+TEST_F(DriveChecks, RefuseMoreNamesThanTheRootFolderHolds) {
+  const auto names = [](int count) {
+    std::vector<std::string> packages;
+    for (int i = 100; i < 100 + count; ++i) {
+      packages.push_back("advanced-tools-" + std::to_string(i) + "-2.9.27.bdl");
+    }
+    return packages;
+  };
+  for (const std::string& name : names(130)) volumes.files[joinPath("packages", name)];
+  EXPECT_EQ(refusal(names(125)), "");
+  EXPECT_THAT(refusal(names(130)), HasSubstr("too many or too long names"));
+}
+
+TEST_F(DriveChecks, RefusePackagesAndScriptsOnTheDriveItself) {
+  RInfo what = plainInfo();
+  what.packageDirectory = "e:\\packages";
+  EXPECT_EQ(refusal(what), "The packages are on the drive that is to be erased: e:\\packages");
+  what = plainInfo();
+  what.scriptFile = "E:\\own.rsc";
+  EXPECT_EQ(refusal(what), "");
+  what.useScriptFile = true;
+  EXPECT_EQ(refusal(what), "The script is on the drive that is to be erased: E:\\own.rsc");
+}
+
 TEST_F(DriveChecks, CountWholeClusters) {
   EXPECT_EQ(bytesNeeded({1, 4096, 4097}, 32 * kMegabyte) - bytesNeeded({}, 32 * kMegabyte),
-            4u * 4096);
+            3u * 8192);
 }
 
 TEST_F(DriveChecks, WantAFloppyOf1440Kilobytes) {

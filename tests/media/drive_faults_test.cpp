@@ -16,7 +16,9 @@ const Texts kTexts = {
     {"open disk", "Cannot open physical device"},
     {"open absolute disk", "Cannot open device"},
     {"open first.rsc", "Cannot open script"},
+    {"open written", "cannot be read back"},
     {"open", "Cannot open file"},
+    {"look at", "Cannot open file"},
     {"absolute read", "Read 95 failed"},
     {"absolute write", "Write 95 failed"},
     {"absolute close", "Closing device failed"},
@@ -25,6 +27,7 @@ const Texts kTexts = {
     {"size", "Cannot get file size"},
     {"flush", "Write to device failed"},
     {"create", "Cannot create file"},
+    {"overwrite", "Cannot copy package"},
     {"close", "Closing device failed"},
     {"write", "Write to device failed"},
     {"read", "Read from device failed"},
@@ -32,8 +35,8 @@ const Texts kTexts = {
 
 // While all is read back, these differ.
 const Texts kTextsOfChecking = {
-    {"open E:\\", "cannot be read back"},   {"open A:\\", "cannot be read back"},
-    {"read E:\\", "cannot be read back"},   {"read A:\\", "cannot be read back"},
+    {"read E:\\", "cannot be read back"},
+    {"read A:\\", "cannot be read back"},
     {"read volume", "cannot be read back"},
 };
 

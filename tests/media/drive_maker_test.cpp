@@ -1,6 +1,9 @@
 #include "media/drive_maker.h"
 
+#include <thread>
+
 #include "core/error.h"
+#include "core/thread.h"
 #include "tests/media/media_fixture.h"
 
 namespace omniset::test {
@@ -28,6 +31,7 @@ TEST_F(MakingADrive, WritesItsFilesInTheOrderOfTheirUse) {
   std::vector<std::string> created;
   for (const std::string& call : volumes.calls) {
     if (call.starts_with("create ")) created.push_back(call.substr(7));
+    if (call.starts_with("overwrite ")) created.push_back(call.substr(10));
   }
   EXPECT_THAT(created,
               ElementsAre("E:\\linux", "E:\\initrd.rgz", "E:\\ldlinux.sys", "E:\\syslinux.cfg",
@@ -37,8 +41,103 @@ TEST_F(MakingADrive, WritesItsFilesInTheOrderOfTheirUse) {
 TEST_F(MakingADrive, ReportsItsEndWithAllBytes) {
   const DriveReport report = make(plainInfo());
   EXPECT_EQ(report.state, RouterStatus::kFinished);
-  EXPECT_EQ(report.totalBytes, 16);
-  EXPECT_EQ(report.bytesDone, 16);
+  EXPECT_EQ(report.totalBytes, 1000);
+  EXPECT_EQ(report.bytesDone, 1000);
+}
+
+// The bytes of a package count when the next one begins.
+TEST_F(MakingADrive, ReportsEachStepWithWhatIsDone) {
+  DriveMaker maker(plainInfo(), fakeServices(volumes, format), 1000);
+  std::vector<std::string> reports;
+  volumes.onCall = [&] {
+    while (const auto report = maker.reports().pop()) {
+      EXPECT_EQ(report->state, RouterStatus::kInstalling);
+      EXPECT_EQ(report->totalBytes, 1000);
+      reports.push_back(std::to_string(report->bytesDone) + " " + report->statusText);
+    }
+  };
+  maker.run();
+  EXPECT_THAT(reports,
+              ElementsAre("0 Formatting drive...", "0 Copying system files...",
+                          "0 Copying file: system-2.9.bdl", "10 Copying file: routing-2.9.bdl",
+                          "16 Checking what was written..."));
+}
+
+TEST_F(MakingADrive, CallsTheSystemInThisOrder) {
+  RInfo what = plainInfo();
+  what.packageFiles = {"system-2.9.bdl"};
+  what.useScriptFile = true;
+  what.scriptFile = "first.rsc";
+  what.baudRate = 9600;
+  make(what);
+  const auto whole = [](const std::string& file) {
+    return std::vector<std::string>{"create " + file, "write " + file, "close " + file};
+  };
+  std::vector<std::string> expected = {"open volume E",  "control 2d1080 volume E",
+                                       "close volume E", "open disk 3",
+                                       "seek disk 3",    "write disk 3",
+                                       "close disk 3"};
+  const auto then = [&](const std::vector<std::string>& calls) {
+    expected.insert(expected.end(), calls.begin(), calls.end());
+  };
+  for (const char* name : {"linux", "initrd.rgz", "ldlinux.sys", "syslinux.cfg"}) {
+    then(whole(std::string("E:\\") + name));
+  }
+  const std::string package = joinPath("packages", "system-2.9.bdl");
+  const std::string copy = "E:\\system-2.9.bdl";
+  then({"look at " + package, "size " + package, "close " + package, "open " + package,
+        "overwrite " + copy, "read " + package, "write " + copy, "read " + package, "close " + copy,
+        "close " + package});
+  // The script has 10,001 bytes, which come in pieces of 4096.
+  then({"create E:\\autorun.scr", "open first.rsc"});
+  for (int piece = 0; piece < 3; ++piece) then({"read first.rsc", "write E:\\autorun.scr"});
+  then({"read first.rsc", "close first.rsc", "write E:\\autorun.scr", "close E:\\autorun.scr"});
+  then({"open volume E", "seek volume E", "read volume E", "seek volume E", "write volume E",
+        "close volume E", "flush E"});
+  ASSERT_GT(volumes.calls.size(), expected.size());
+  volumes.calls.resize(expected.size());
+  EXPECT_EQ(volumes.calls, expected);
+}
+
+TEST_F(MakingADrive, ReadsEverythingBack) {
+  make(plainInfo());
+  std::vector<std::string> opened;
+  for (const std::string& call : volumes.calls) {
+    if (call.starts_with("open written ")) opened.push_back(call.substr(13));
+  }
+  EXPECT_THAT(opened,
+              ElementsAre("E:\\linux", "E:\\initrd.rgz", "E:\\ldlinux.sys", "E:\\syslinux.cfg",
+                          "E:\\system-2.9.bdl", "E:\\routing-2.9.bdl", "E:\\autorun.scr"));
+}
+
+TEST_F(MakingADrive, FailsForABootSectorThatDoesNotReadBack) {
+  volumes.corrupt = [](const std::string& name, FileBytes& bytes) {
+    if (name == "volume E") bytes[300] ^= 1;
+  };
+  EXPECT_EQ(make(plainInfo()).statusText, "The boot sector differs from what was written");
+}
+
+// A call of the system that hangs holds the job, and nobody else; then it ends by itself.
+TEST_F(MakingADrive, EndsBehindACallThatHung) {
+  Event isHanging(true, false);
+  Event goesOn(true, false);
+  volumes.onCall = [&] {
+    if (!volumes.drives['E'].files.contains("ldlinux.sys")) return;
+    isHanging.set();
+    goesOn.wait();
+  };
+  constexpr int kStopMs = 10;
+  Thread<DriveMaker, RInfo> thread("drive maker", kStopMs, plainInfo(),
+                                   fakeServices(volumes, format), 1000);
+  thread.start();
+  ASSERT_TRUE(isHanging.wait(10'000));
+  thread.stop();
+  EXPECT_EQ(thread.exitCode(), ThreadBase::kStillActive);
+  EXPECT_TRUE(trace.contains("ignoring 'terminate': drive maker"));
+  goesOn.set();
+  while (thread.exitCode() == ThreadBase::kStillActive) std::this_thread::yield();
+  EXPECT_EQ(thread.job().reports().pop()->statusText, "Canceled");
+  EXPECT_EQ(volumes.openDevices, 0);
 }
 
 TEST_F(MakingADrive, WipesTheBootRecordBeforeTheFormat) {

@@ -23,6 +23,23 @@ TEST_F(MakingAFloppy, PutsTheInstallerSystemAndTheLabelOnIt) {
                   Pair("syslinux.cfg", bytesOf("image 123"))));
 }
 
+TEST_F(MakingAFloppy, CallsTheSystemInThisOrder) {
+  makeFloppy("veltrona");
+  std::vector<std::string> expected;
+  for (const char* name : {"linux", "initrd.rgz", "ldlinux.sys", "syslinux.cfg", "label.txt"}) {
+    for (const char* call : {"create A:\\", "write A:\\", "close A:\\"}) {
+      expected.push_back(std::string(call) + name);
+    }
+  }
+  for (const char* call : {"open volume A", "seek volume A", "read volume A", "seek volume A",
+                           "write volume A", "close volume A", "flush A"}) {
+    expected.push_back(call);
+  }
+  ASSERT_GT(volumes.calls.size(), expected.size());
+  volumes.calls.resize(expected.size());
+  EXPECT_EQ(volumes.calls, expected);
+}
+
 TEST_F(MakingAFloppy, AnEmptyLabelIsAnEmptyFile) {
   EXPECT_EQ(makeFloppy("").statusText, "Completed");
   EXPECT_EQ(fileOn('A', "label.txt"), "");

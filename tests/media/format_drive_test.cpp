@@ -47,7 +47,7 @@ TEST_F(FormattingADrive, TracesWhatTheCommandSaysUpToALimit) {
   format.output = "Insert new disk for drive E:\n" + std::string(20'000, '.');
   EXPECT_EQ(run(), "");
   EXPECT_THAT(trace.text(), HasSubstr("format before\nInsert new disk for drive E:\n"));
-  EXPECT_EQ(std::count(trace.text().begin(), trace.text().end(), '.'), 8196 - 29 + 2);
+  EXPECT_EQ(std::count(trace.text().begin(), trace.text().end(), '.'), 2 * 8196 - 29 + 2);
   EXPECT_TRUE(format.output.empty());
 }
 

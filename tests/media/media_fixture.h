@@ -34,7 +34,7 @@ class MediaFixture : public ::testing::Test {
 
   // All that a run reports is lost but for the last record.
   DriveReport make(const RInfo& what) {
-    DriveMaker maker(what, fakeServices(volumes, format), 16);
+    DriveMaker maker(what, fakeServices(volumes, format), 1000);
     lastFailure.clear();
     try {
       maker.run();

@@ -35,8 +35,9 @@ TEST_F(ReadingBack, OfWhatWasWrittenIsSilent) {
   EXPECT_EQ(check(), "");
 }
 
-TEST_F(ReadingBack, FindsADifferenceAtTheEnds) {
-  for (const std::size_t at : {std::size_t{0}, std::size_t{262'144}, content.size() - 1}) {
+TEST_F(ReadingBack, FindsADifferenceWhereverItIs) {
+  for (const std::size_t at :
+       {std::size_t{0}, std::size_t{100'001}, std::size_t{262'144}, content.size() - 1}) {
     copy()[at] = 'y';
     EXPECT_EQ(check(), "E:\\copy differs from what was written");
     copy()[at] = 'x';

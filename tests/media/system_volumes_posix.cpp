@@ -6,7 +6,9 @@
 #include <fstream>
 
 #include "core/path.h"
+#include "media/boot_sector.h"
 #include "media/drive_checks.h"
+#include "media/drive_maker.h"
 #include "media/format_drive.h"
 #include "tests/fakes/captured_trace.h"
 #include "tests/fakes/fake_volumes.h"
@@ -127,6 +129,61 @@ TEST_F(SystemVolumesOnAnImage, ReportAFullVolumeAndAMissingFile) {
   const DevicePtr missing = volumes().openFile("D:/missing");
   FileBytes buffer(100);
   EXPECT_FALSE(missing->read(buffer));
+}
+
+// So little that it is written before anybody complains.
+TEST_F(SystemVolumesOnAnImage, ReportAFullVolumeOfTheLastFileToo) {
+  makeImage(kFloppyBytes);
+  formatImage();
+  write("large", FileBytes(1'450'000));
+  const DevicePtr file = volumes().createFile("D:/small", Volumes::Creation::kNew);
+  const FileBytes bytes(20'000);
+  EXPECT_EQ(file->write(bytes), bytes.size());
+  EXPECT_FALSE(file->close());
+}
+
+// Whatever the format chose: a drive that has room by our count is not full before all is there.
+TEST_F(SystemVolumesOnAnImage, HaveRoomForWhatIsCounted) {
+  for (const std::uint64_t megabytes : {16, 33, 300}) {
+    SCOPED_TRACE(megabytes);
+    makeImage(megabytes << 20);
+    formatImage();
+    const std::uint64_t cluster = megabytes == 16 ? 8192 : megabytes == 33 ? 16'384 : 16'384;
+    const std::uint64_t room = (megabytes << 20) - bytesNeeded({}, megabytes << 20);
+    const DevicePtr file = volumes().createFile("D:/whole", Volumes::Creation::kNew);
+    FileBytes bytes(room / cluster * cluster);
+    EXPECT_EQ(file->write(bytes), bytes.size());
+    EXPECT_TRUE(file->close());
+  }
+}
+
+TEST_F(SystemVolumesOnAnImage, RefuseAnImageThatAnotherProgramHasLocked) {
+  makeImage(64 << 20);
+  const int program = open(image.c_str(), O_RDWR);
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_start = 100;
+  lock.l_len = 1;
+  ASSERT_EQ(fcntl(program, F_OFD_SETLK, &lock), 0);
+  EXPECT_EQ(volumes().facts(image).obstacle, "another program uses it");
+  close(program);
+  EXPECT_EQ(volumes().facts(image).obstacle, "");
+}
+
+TEST_F(SystemVolumesOnAnImage, BecomeADiskWhileTheImageBesideItStaysAsItIs) {
+  makeImage(64 << 20);
+  const std::string neighbour = folder.write("neighbour.img", std::string(1 << 20, 'n'));
+  folder.write("system-2.9.bdl", "the system");
+  DriveMaker maker({'D', folder.path(), {"system-2.9.bdl"}, false, "", 115200}, services, 10);
+  maker.run();
+  EXPECT_EQ(maker.reports().pop()->statusText, "Installation completed");
+  EXPECT_EQ(read("system-2.9.bdl"), bytesOf("the system"));
+  EXPECT_EQ(read("autorun.scr"), bytesOf("\n/port set [/port find] baud-rate=115200\n"));
+  EXPECT_EQ(read("linux"), bytesOf("image 120"));
+  const DriveSector sector = sectorAt(0);
+  EXPECT_TRUE(
+      std::equal(sector.begin() + 62, sector.begin() + 510, bootSectorTemplate.begin() + 62));
+  EXPECT_EQ(readFile(neighbour), std::string(1 << 20, 'n'));
 }
 
 TEST_F(SystemVolumesOnAnImage, FindTheDiskOfTheVolumeByItsNumber) {

@@ -83,6 +83,29 @@ TEST(ControlStates, DrivesScriptStillGetsTheSpeed) {
   EXPECT_TRUE(statesOf(entry).baudRate);
 }
 
+TEST(ControlStates, DriveIsWipedSoNothingCanBeKeptAndHasNoAddress) {
+  RouterRecord entry = entryWith(RouterStatus::kReady);
+  entry.kind = kLocalDrive;
+  const ControlStates states = statesOf(entry);
+  EXPECT_FALSE(states.keepConfiguration);
+  EXPECT_EQ(FieldState::kDisabled, states.address);
+  EXPECT_TRUE(states.baudRate && states.useScript && states.install);
+}
+
+TEST(ControlStates, CancelMakesADriveWithAnOutcomeReadyAgain) {
+  RouterRecord entry = entryWith(RouterStatus::kReady);
+  entry.kind = kLocalDrive;
+  EXPECT_FALSE(statesOf(entry).cancel);
+  for (const RouterStatus outcome : {RouterStatus::kFinished, RouterStatus::kFailed}) {
+    entry.status = outcome;
+    entry.kind = kLocalDrive;
+    EXPECT_TRUE(statesOf(entry).cancel);
+    EXPECT_FALSE(statesOf(entry).install);
+    entry.kind = kNetworkTarget;
+    EXPECT_FALSE(statesOf(entry).cancel);
+  }
+}
+
 TEST(ControlStates, SelectionThatIsTheChosenSetNeedNotBeSaved) {
   const RouterRecord entry = entryWith(RouterStatus::kReady);
   EXPECT_TRUE(controlStates(&entry, {false, false}).saveSet);

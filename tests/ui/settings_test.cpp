@@ -174,6 +174,14 @@ TEST_F(SettingsTest, FailedOpeningWritesNothing) {
   EXPECT_EQ(store_.keys, StoredKeys());
 }
 
+TEST_F(SettingsTest, FloppyLabelIsReadAsItWasWritten) {
+  Registry settings = key();
+  EXPECT_EQ(readFloppyLabel(settings), "veltrona");
+  writeFloppyLabel(store_, "attic");
+  EXPECT_EQ(readFloppyLabel(settings), "attic");
+  EXPECT_EQ(settings.getString("Default Label", ""), "attic");
+}
+
 TEST_F(SettingsTest, FloppyLabelHasItsNameAndDefault) {
   EXPECT_STREQ(setting::kFloppyLabel.name, "Default Label");
   EXPECT_STREQ(setting::kFloppyLabel.absent, "veltrona");

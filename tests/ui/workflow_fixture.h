@@ -15,11 +15,13 @@
 #include "tests/fakes/fake_network_interfaces.h"
 #include "tests/fakes/fake_registry.h"
 #include "tests/fakes/fake_udp_socket.h"
+#include "tests/fakes/fake_volumes.h"
 #include "tests/fakes/played_target.h"
 #include "tests/fakes/temp_folder.h"
 #include "tests/install/fake_router_rows.h"
 #include "tests/packages/fake_package_view.h"
 #include "tests/tools/bdl_builder.h"
+#include "tests/ui/played_drive_job.h"
 #include "ui/workflow/workflow.h"
 
 namespace omniset::test {
@@ -82,6 +84,7 @@ class FakeOperator : public Operator {
     if (whileAsked) whileAsked();
     return taken(answers).value_or(true);
   }
+  bool warn(const std::string& text) override { return ask("Warning", text); }
   std::optional<std::string> nameSet(const std::string& proposal) override {
     proposals.push_back(proposal);
     if (whileAsked) whileAsked();
@@ -207,13 +210,17 @@ class WorkflowTest : public testing::Test {
   FakePackageRows packageRows;
   FakeStatusText statusBar;
   PackageCatalogue catalogue{packageRows, statusBar};
+  FakeOperator person;
+  VolumesWithFiles volumes;
+  FakeFormat format{volumes};
+  PlayedDriveJob driveJob;
+  LocalDrives drives{routers, fakeServices(volumes, format), driveJob, person};
   PackageSets sets;
   RememberedParameters remembered;
   FakeRegistry registry;
   FakeMainView view;
-  FakeOperator person;
   Workflow workflow{
-      {installer, routers, catalogue, sets, remembered, registry, statusBar, view, person}};
+      {installer, routers, drives, catalogue, sets, remembered, registry, statusBar, view, person}};
 };
 
 }  // namespace omniset::test

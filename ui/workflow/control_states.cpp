@@ -12,16 +12,18 @@ FieldState fieldState(bool usable, bool underWay) {
 }
 
 // A kept configuration leaves nothing else to set, and the operator's own script replaces the one
-// that the address fields and the speed go into. A local drive's router adds the speed to any
-// script.
+// that the address fields and the speed go into. A local drive is wiped, so nothing can be kept;
+// the address of the router that it goes into cannot be set, because it belongs to a card that is
+// not known; and the speed is added to any script.
 void setParameterStates(ControlStates& states, const RouterRecord& entry) {
   const bool underWay = isUnderWay(entry);
   const bool editable = !underWay;
   const bool configured = editable && !entry.keepConfiguration;
-  const bool generated = configured && !entry.useOwnScript;
-  states.keepConfiguration = editable;
+  const bool isDrive = entry.kind == kLocalDrive;
+  const bool generated = configured && !isDrive && !entry.useOwnScript;
+  states.keepConfiguration = editable && !isDrive;
   states.address = fieldState(generated, underWay);
-  states.baudRate = generated || (configured && entry.kind == kLocalDrive);
+  states.baudRate = generated || (configured && isDrive);
   states.useScript = configured;
   states.scriptFile = fieldState(configured && entry.useOwnScript, underWay);
   states.chooseScript = configured && entry.useOwnScript;
@@ -33,6 +35,11 @@ bool isUnderWay(const RouterRecord& entry) {
   return entry.status == RouterStatus::kInstalling || entry.status == RouterStatus::kWaitingReboot;
 }
 
+bool isDriveWithOutcome(const RouterRecord& entry) {
+  return entry.kind == kLocalDrive &&
+         (entry.status == RouterStatus::kFinished || entry.status == RouterStatus::kFailed);
+}
+
 ControlStates controlStates(const RouterRecord* entry, const SetChoice& set) {
   ControlStates states;
   states.deleteSet = set.chosen;
@@ -40,7 +47,7 @@ ControlStates controlStates(const RouterRecord* entry, const SetChoice& set) {
   states.install =
       entry->status == RouterStatus::kReady || entry->status == RouterStatus::kWaitingReboot;
   if (entry->status == RouterStatus::kWaitingReboot) states.installLabel = "Reboot";
-  states.cancel = isUnderWay(*entry);
+  states.cancel = isUnderWay(*entry) || isDriveWithOutcome(*entry);
   states.marks = !isUnderWay(*entry);
   states.saveSet = !set.chosen || !set.isEntrys;
   setParameterStates(states, *entry);

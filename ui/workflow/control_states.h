@@ -43,6 +43,10 @@ ControlStates controlStates(const RouterRecord* entry, const SetChoice& set);
 // An installation has been started and not yet ended, well or badly.
 bool isUnderWay(const RouterRecord& entry);
 
+// A local drive that was installed onto, well or badly. It does not announce itself to be ready
+// again, as a router does: "Cancel" makes it so.
+bool isDriveWithOutcome(const RouterRecord& entry);
+
 // How much of the packages has been sent, 0 to 100. All of it, once they have been.
 int progressOf(const RouterRecord& entry);
 

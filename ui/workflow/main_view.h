@@ -52,6 +52,8 @@ class Operator {
   virtual void tell(const char* caption, const std::string& text, Icon icon) = 0;
   // Yes or No.
   virtual bool ask(const char* caption, const std::string& text) = 0;
+  // The same under "Warning", of what cannot be undone: what a hasty Return answers is No.
+  virtual bool warn(const std::string& text) = 0;
   // Nothing when the operator cancels.
   virtual std::optional<std::string> nameSet(const std::string& proposal) = 0;
   virtual std::optional<std::string> chooseFolder(const std::string& present) = 0;

@@ -3,10 +3,12 @@
 namespace omniset {
 
 void RequestDefaults::fill(RouterRecord& record) const {
-  record.keepConfiguration = parameters_.keepConfiguration;
-  record.address = parameters_.address;
-  record.netmaskLength = parameters_.netmaskLength;
-  record.gateway = parameters_.gateway;
+  if (record.kind != kLocalDrive) {
+    record.keepConfiguration = parameters_.keepConfiguration;
+    record.address = parameters_.address;
+    record.netmaskLength = parameters_.netmaskLength;
+    record.gateway = parameters_.gateway;
+  }
   record.baudRate = parameters_.baudRate;
   record.useOwnScript = parameters_.useScript;
   record.scriptPath = parameters_.scriptFile;
@@ -15,10 +17,12 @@ void RequestDefaults::fill(RouterRecord& record) const {
 }
 
 void RequestDefaults::remember(const RouterRecord& record) {
-  parameters_.keepConfiguration = record.keepConfiguration;
-  parameters_.address = record.address;
-  parameters_.netmaskLength = record.netmaskLength;
-  parameters_.gateway = record.gateway;
+  if (record.kind != kLocalDrive) {
+    parameters_.keepConfiguration = record.keepConfiguration;
+    parameters_.address = record.address;
+    parameters_.netmaskLength = record.netmaskLength;
+    parameters_.gateway = record.gateway;
+  }
   parameters_.baudRate = record.baudRate;
   parameters_.useScript = record.useOwnScript;
   parameters_.scriptFile = record.scriptPath;

@@ -14,7 +14,8 @@ class RequestDefaults {
   RequestDefaults(RememberedParameters& parameters, const PackageSets& sets)
       : parameters_(parameters), sets_(sets) {}
 
-  // Replaces the record's request; the target itself and its state stay.
+  // Replaces the record's request; the target itself and its state stay. A local drive has neither
+  // an address nor a configuration to keep.
   void fill(RouterRecord& record) const;
   // The parameters of a request that is being started. (Its packages are remembered as a set.)
   void remember(const RouterRecord& record);

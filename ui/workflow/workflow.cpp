@@ -35,6 +35,28 @@ void Workflow::begin() {
   display_.load();
 }
 
+void Workflow::listDrives() {
+  for (RouterRecord& drive : parts_.drives.follow()) {
+    defaults_.fill(drive);
+    parts_.routers.addOrRefresh(drive);
+  }
+}
+
+// What is in the list stays usable when the system does not tell.
+void Workflow::drivesChanged() {
+  try {
+    listDrives();
+  } catch (const std::exception& failure) {
+    traceLine(std::string("looking for drives: ") + failure.what());
+  }
+  display_.refresh();
+}
+
+void Workflow::mediaRemoved(std::uint32_t letters) {
+  parts_.drives.mediaRemoved(letters);
+  drivesChanged();
+}
+
 // The installer's thread may hold its lock for long, when a disk is slow: then nothing is new in
 // this tick. Nor does a router age, whose announcements may be waiting there.
 void Workflow::poll() {
@@ -44,6 +66,7 @@ void Workflow::poll() {
   } catch (const std::runtime_error& busy) {
     traceLine(std::string("the installer is busy: ") + busy.what());
   }
+  parts_.drives.poll();
   display_.refresh();
 }
 
@@ -60,8 +83,9 @@ void Workflow::followSessions() {
 // A router that comes again keeps its request. What was entered for it stays: it may have failed
 // for want of a file on this side and still be announcing itself, while the operator corrects that.
 // And an announcement in flight must not put another request in place of the one that is being
-// installed.
+// installed. No router has a drive's address, whatever a frame says.
 void Workflow::addAnnounced(RouterRecord announced) {
+  if (isDriveAddress(announced.mac)) return;
   if (const RouterRecord* before = parts_.routers.find(announced.mac)) {
     if (parts_.routers.selected() == before) storeFieldsShown();
     announced = asAnnouncedAgain(*before, announced);

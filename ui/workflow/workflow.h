@@ -13,6 +13,7 @@
 #include "ui/registry_keys.h"
 #include "ui/settings.h"
 #include "ui/workflow/entry_display.h"
+#include "ui/workflow/local_drives.h"
 #include "ui/workflow/main_view.h"
 #include "ui/workflow/package_sets.h"
 #include "ui/workflow/request_defaults.h"
@@ -23,6 +24,7 @@ namespace omniset {
 struct WorkflowParts {
   RouterInstaller& installer;
   RouterList& routers;
+  LocalDrives& drives;
   PackageCatalogue& catalogue;
   PackageSets& sets;
   RememberedParameters& remembered;
@@ -40,8 +42,16 @@ class Workflow {
   // Shows the sets and the empty selection. To be called once, before the others.
   void begin();
 
-  // The timer: takes announcements, follows the sessions, lets silent routers go, shows the state.
+  // Adds the local drives to the router list. To be called once; raises Error.
+  void listDrives();
+
+  // The timer: takes announcements, follows the sessions and the local drive's job, lets silent
+  // routers go, shows the state.
   void poll();
+
+  // Drives of this computer have come or gone; and the medium of these (bit 0 is A) is out.
+  void drivesChanged();
+  void mediaRemoved(std::uint32_t letters);
 
   // The installer's thread has ended by itself. May be called on every tick.
   void installerEnded();
@@ -85,6 +95,7 @@ class Workflow {
   bool confirmed(const RouterRecord& request);
   void rememberInstallation(const RouterRecord& entry, const std::vector<std::string>& packages);
   void handToInstaller(RouterRecord request, const std::string& folder);
+  void cancelSession(MacAddress mac);
   void tellInstallerEnd();
   void requestReboot(MacAddress mac);
   void whenInstallerIsFree(const std::function<void(RouterInstaller::Access&)>& action);

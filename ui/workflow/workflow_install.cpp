@@ -10,7 +10,7 @@ namespace omniset {
 void Workflow::install() {
   const RouterRecord* entry = parts_.routers.selected();
   if (!entry) return;
-  if (installerEnded_) {
+  if (installerEnded_ && entry->kind != kLocalDrive) {
     tellInstallerEnd();
   } else if (entry->status == RouterStatus::kReady) {
     startInstallation();
@@ -36,12 +36,19 @@ void Workflow::startInstallation() {
   request.packageBytes = bytesOf(parts_.catalogue, request.packageFiles);
   const std::string folder = parts_.catalogue.folder();
   if (!confirmed(request)) return;
+  const bool isDrive = request.kind == kLocalDrive;
+  const auto drivePlan = isDrive ? parts_.drives.plan(request, folder) : std::nullopt;
+  if (isDrive && !drivePlan) return;
   RouterRecord* entry = parts_.routers.find(request.mac);
   if (!entry || entry->status != RouterStatus::kReady) return;
   request.lastSeen = entry->lastSeen;
   *entry = request;
   rememberInstallation(request, installed);
-  handToInstaller(request, folder);
+  if (isDrive) {
+    parts_.drives.start(request, *drivePlan);
+  } else {
+    handToInstaller(request, folder);
+  }
   display_.load();
 }
 
@@ -79,13 +86,21 @@ void Workflow::requestReboot(MacAddress mac) {
 
 void Workflow::cancel() {
   const RouterRecord* entry = parts_.routers.selected();
-  if (!entry || !isUnderWay(*entry)) return;
-  const MacAddress mac = entry->mac;
+  if (!entry || (!isUnderWay(*entry) && !isDriveWithOutcome(*entry))) return;
+  if (entry->kind == kLocalDrive) {
+    parts_.drives.cancel(entry->mac);
+    drivesChanged();
+  } else {
+    cancelSession(entry->mac);
+  }
+  display_.load();
+}
+
+void Workflow::cancelSession(MacAddress mac) {
   whenInstallerIsFree([&](RouterInstaller::Access& access) {
     access.cancel(mac);
     parts_.routers.release(mac);
   });
-  display_.load();
 }
 
 // Once by itself, and when something is to be installed nevertheless. The timer goes on while the

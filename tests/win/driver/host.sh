@@ -1,8 +1,8 @@
 # shellcheck shell=bash
 # The side of a window test that is outside Windows: does what the driver program asks for
 # (tests/win/driver/host_channel.h). To be sourced after tests/network/lib.sh, scripts/lib/xvfb.sh,
-# scripts/lib/vm.sh and scripts/lib/vm_disk.sh; targets and virtual PCs live in the second network
-# namespace, their stores, disks and logs in $WORK.
+# scripts/lib/vm.sh, scripts/lib/vm_disk.sh and tests/win/driver/drives.sh; targets and virtual PCs live
+# in the second network namespace, their stores, disks and logs in $WORK.
 #
 #   host_serve FOLDER PID   answers the requests in the folder until the process has ended
 #
@@ -14,6 +14,10 @@
 #   wait NAME SECONDS               waits until it has ended by itself, with success
 #   same FOLDER STORE FILE...       both in $WORK: the store holds exactly these files and the script
 #   start-pc NAME SETTING...        switches on a virtual PC; its empty disk is $WORK/NAME.img
+#   start-pc-from-disk LETTER NAME  the same with a copy of the drive in place of the empty disk; it boots
+#                                   from that
+#   start-pc-from-floppy LETTER NAME
+#                                   the same with an empty disk and a copy of the drive as a floppy
 #   stop-pc NAME                    cuts its power
 #   type-pc NAME TEXT               types on its serial line
 #   picture-of-pc NAME PICTURE      a picture of its screen, $HOST_PICTURES/PICTURE.png
@@ -22,6 +26,13 @@
 #   await-reboot NAME               waits until it reboots; it is off then
 #   disk-holds FOLDER NAME FILE...  its disk is sound and holds exactly these files of $WORK/FOLDER and
 #                                   the script, which are in $WORK/NAME.img.files then
+#   insert-drive LETTER MEGABYTES   a medium in one of the drives of drives.sh; prints the path of its
+#                                   folder, which is that of its image without ".img"
+#   lock-drive LETTER               a volume that cannot be opened, LETTER.locked beside the image
+#   empty-drive LETTER              takes it out
+#   drive-holds LETTER CONFIGURATION FOLDER FILE...
+#                                   see drive_holds in drives.sh
+#   drive-sum LETTER                prints a checksum of all that is on it
 #   picture NAME                    a picture of the screen, $HOST_PICTURES/NAME.png
 #   say TEXT                        prints the text
 
@@ -84,6 +95,16 @@ host_start_pc() {
   disk_make "$image" 64 && vm_start "$name" "disk=ide:$image" "$@"
 }
 
+host_start_pc_from_disk() {
+  local image=$WORK/$2.img
+  cp --sparse=always "$DRIVES/$1.img" "$image" && vm_start "$2" "disk=ide:$image" boot=disk
+}
+
+host_start_pc_from_floppy() {
+  local floppy=$WORK/$2.floppy.img
+  cp "$DRIVES/$1.img" "$floppy" && host_start_pc "$2" "floppy=$floppy" boot=order:a
+}
+
 host_picture_of_pc() {
   mkdir -p "$HOST_PICTURES" && vm_picture "$1" "$HOST_PICTURES/$2.png"
 }
@@ -92,6 +113,14 @@ host_disk_holds() { # folder name file...
   local folder=$1 image=$WORK/$2.img
   shift 2
   disk_check "$image" && disk_holds "$WORK/$folder" "$image" "$@"
+}
+
+host_insert_drive() {
+  drive_insert "$@" && printf '%s' "$DRIVES/$1"
+}
+
+host_drive_sum() {
+  sha256sum "$DRIVES/$1.img" | cut -d ' ' -f 1
 }
 
 host_picture() {
@@ -110,6 +139,8 @@ host_answer() { # word...
     wait) host_wait "$@" ;;
     same) host_same "$@" ;;
     start-pc) host_start_pc "$@" ;;
+    start-pc-from-disk) host_start_pc_from_disk "$@" ;;
+    start-pc-from-floppy) host_start_pc_from_floppy "$@" ;;
     stop-pc) vm_off "$@" ;;
     mac-of-pc) vm_mac "$@" ;;
     picture-of-pc) host_picture_of_pc "$@" ;;
@@ -117,6 +148,11 @@ host_answer() { # word...
     await-pc) vm_await "$@" "$HOST_PATIENCE" ;;
     await-reboot) vm_await_reboot "$@" "$HOST_PATIENCE" ;;
     disk-holds) host_disk_holds "$@" ;;
+    insert-drive) host_insert_drive "$@" ;;
+    lock-drive) drive_lock "$@" ;;
+    empty-drive) drive_empty "$@" ;;
+    drive-holds) drive_holds "$@" ;;
+    drive-sum) host_drive_sum "$@" ;;
     picture) host_picture "$@" ;;
     say) printf '%s\n' "$*" >&"$host_voice" ;;
     *) echo "unknown request: $word"; return 2 ;;

@@ -5,6 +5,7 @@
 #   stage_open [WIDTHxHEIGHT [DPI [managed]]]
 #                                    makes all of it; 96 dots to the inch unless told otherwise, and
 #                                    with `managed` a window manager
+#   stage_open_with_drives ...       the same, with the drives of drives.sh
 #   stage_run EXE [ARGUMENT...]      runs a driver program and does what it asks of this side
 #                                    (host.sh); what it prints goes to the standard output at its end
 #   stage_close                      takes all of it away; also done when the script ends
@@ -22,6 +23,8 @@
 . "$TOP/scripts/lib/vm.sh"
 # shellcheck source=scripts/lib/vm_disk.sh
 . "$TOP/scripts/lib/vm_disk.sh"
+# shellcheck source=tests/win/driver/drives.sh
+. "$TOP/tests/win/driver/drives.sh"
 # shellcheck source=tests/win/driver/host.sh
 . "$TOP/tests/win/driver/host.sh"
 
@@ -33,6 +36,7 @@ stage_close() {
   wine_stop
   rm -rf "$stage_prefix"
   xvfb_stop
+  drives_unmount
 }
 
 stage_at_exit() {
@@ -53,11 +57,19 @@ stage_open() {
   wine_screen_prefix "$stage_prefix" "$netns1" "${2:-96}" || exit 1
 }
 
+# Where there can be no drives, only what uses them fails, and says so.
+stage_open_with_drives() {
+  drives_mount || say "There can be no drives here: $(tail -n 1 "$DRIVES/mount.log")"
+  stage_open "$@"
+  drives_connect "$stage_prefix" "$WINDOWS/tests/win/format.exe"
+}
+
 stage_run() {
   local program
   OMNISET_TEST_FOLDER=$(windows_path "$WORK")
   OMNISET_TEST_PROGRAM=$(windows_path "$WINDOWS/ui/Omniset.exe")
-  export OMNISET_TEST_FOLDER OMNISET_TEST_PROGRAM
+  OMNISET_TEST_DRIVES=${DRIVES:+$(windows_path "$DRIVES")}
+  export OMNISET_TEST_FOLDER OMNISET_TEST_PROGRAM OMNISET_TEST_DRIVES
   mkdir -p "$WORK/host"
   rm -f "$WORK"/host/*
   wine_run "$@" &

@@ -1,6 +1,6 @@
-// Performs with the real window: "demo" tells one installation, "states" and "dialogs" take
-// pictures. Started by scripts/demo and scripts/screenshots, which do what is asked for outside
-// Windows.
+// Performs with the real window: "demo" tells one installation, "states", "dialogs" and "drives"
+// take pictures. Started by scripts/demo and scripts/screenshots, which do what is asked for
+// outside Windows.
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -18,8 +18,10 @@ int main(int argc, char** argv) {
       showStates(stage);
     } else if (scene == "dialogs") {
       showDialogs(stage);
+    } else if (scene == "drives") {
+      showDrives(stage);
     } else {
-      std::puts("Usage: show_window demo|states|dialogs");
+      std::puts("Usage: show_window demo|states|dialogs|drives");
       return 2;
     }
   } catch (const std::exception& failure) {

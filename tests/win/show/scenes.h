@@ -11,5 +11,7 @@ void performDemo(Stage& stage);
 // The window's main states, then its boxes and dialogs, a picture of each.
 void showStates(Stage& stage);
 void showDialogs(Stage& stage);
+// Local drives and floppies.
+void showDrives(Stage& stage);
 
 }  // namespace omniset::test

@@ -42,6 +42,12 @@ void Stage::startTarget(const std::string& name, std::vector<std::string> argume
   host_.request(arguments);
 }
 
+void Stage::attachDrive(char letter, UINT type, int megabytes) {
+  const std::string folder =
+      host_.request({"insert-drive", std::string(1, letter), std::to_string(megabytes)});
+  test::attachDrive(letter, type, folder, folder + ".img");
+}
+
 void Stage::startPc(const std::string& name, std::vector<std::string> settings) {
   settings.insert(settings.begin(), {"start-pc", name});
   host_.request(settings);

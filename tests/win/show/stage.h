@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/win/driver/drive_letters.h"
 #include "tests/win/driver/host_channel.h"
 #include "tests/win/driver/window_under_test.h"
 
@@ -31,6 +32,9 @@ class Stage {
   void thawTarget(const std::string& name) { host_.request({"thaw", name}); }
   void stopTargets() { host_.request({"stop-all"}); }
   void waitForTarget(const std::string& name) { host_.request({"wait", name, "30"}); }
+
+  // A drive with a medium of so many megabytes; 0 for a floppy.
+  void attachDrive(char letter, UINT type, int megabytes);
 
   // A virtual PC, by the name of its files; more settings of vm_start in scripts/lib/vm.sh may
   // follow.

@@ -22,6 +22,29 @@ TEST(SetNameTemplate, HasExactlyItsControls) {
   EXPECT_EQ((std::vector<int>{1000, 1001, 1024}), tabOrder(dialog));
 }
 
+TEST(MakerTemplate, HasExactlyItsControls) {
+  Dialog dialog;
+  dialog.create(IDD_MAKER);
+  EXPECT_EQ("Make Installation Floppy", windowText(dialog.handle()));
+  expectSizeAndFont(dialog, 270, 103);
+  expectControls(dialog,
+                 {{1000, "Static",
+                   "This will make a floppy disc needed for Veltrona router network installation. "
+                   "To do this select image file, insert non write protected 1.44MB floppy disc "
+                   "without any bad sectors in drive A: and press start.",
+                   SS_CENTER},
+                  {1003, "Edit", "", ES_AUTOHSCROLL, ES_NUMBER},
+                  {1001, "Static", "Status", SS_LEFT},
+                  {1005, "msctls_progress32", "", 0},
+                  {1006, "Button", "Start", BS_DEFPUSHBUTTON},
+                  {1007, "Button", "Cancel", BS_PUSHBUTTON},
+                  {1008, "Button", "Done", BS_PUSHBUTTON}},
+                 {"Label:"});
+  expectNoTextClipped(dialog);
+  expectNothingOverlaps(dialog, 0);
+  EXPECT_EQ((std::vector<int>{1003, 1006, 1007, 1008}), tabOrder(dialog));
+}
+
 TEST(NetBootingTemplate, HasExactlyItsControls) {
   Dialog dialog;
   dialog.create(IDD_NET_BOOTING);

@@ -94,8 +94,12 @@ TEST_F(FirstRun, EnablesTheFolderTheSetsNetBootingAndTheHelp) {
   }
 }
 
-TEST_F(FirstRun, OffersNoBootFloppy) {
-  EXPECT_FALSE(window().isEnabled(IDC_MAKE_FLOPPY));
+TEST_F(FirstRun, OffersBootFloppies) {
+  EXPECT_TRUE(window().isEnabled(IDC_MAKE_FLOPPY));
+}
+
+TEST_F(FirstRun, ListsNoDriveOfTheSystem) {
+  EXPECT_EQ(routers().count(), 0);
 }
 
 TEST_F(FirstRun, ShowsNoProgress) {

@@ -10,9 +10,6 @@ namespace {
 
 using ::testing::HasSubstr;
 
-// It is emulated, on a machine that does other things too.
-constexpr Milliseconds kBootLimit{60'000};
-
 class VirtualPc : public WindowTest {
  protected:
   // The window with a PC that has booted, which is selected.

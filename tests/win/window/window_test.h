@@ -25,6 +25,9 @@ constexpr char kAddressWarning[] =
 constexpr char kGatewayWarning[] = "No gateway will be set if address is invalid. Proceed?";
 constexpr char kRebootPrompt[] = "Remove floppy from router and press reboot";
 
+// For a virtual PC, emulated on a machine that does other things too.
+constexpr Milliseconds kBootLimit{60'000};
+
 using Texts = std::vector<std::string>;
 
 class WindowTest : public ::testing::Test {

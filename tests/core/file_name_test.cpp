@@ -1,4 +1,4 @@
-#include "target/file_name.h"
+#include "core/file_name.h"
 
 #include <gtest/gtest.h>
 
@@ -51,6 +51,12 @@ TEST(FileName, FatRefusesTheFormOfItsOwnShortNames) {
   for (const char* name : {"SYSTEM~1.BDL", "a~1", "~9", "long name~12.bdl"}) {
     EXPECT_FALSE(isFatFileName(name)) << name;
   }
+}
+
+TEST(FileName, TakesAnEntryForEach13LettersBesideItsOwn) {
+  EXPECT_EQ(fatEntriesOf("linux"), 2u);
+  EXPECT_EQ(fatEntriesOf("system-29.bdl"), 2u);
+  EXPECT_EQ(fatEntriesOf("system-2.9.bdl"), 3u);
 }
 
 TEST(FileName, CaseDoesNotTellNamesApart) {

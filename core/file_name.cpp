@@ -1,4 +1,4 @@
-#include "target/file_name.h"
+#include "core/file_name.h"
 
 #include <algorithm>
 #include <array>
@@ -9,6 +9,8 @@ namespace {
 
 constexpr std::array<std::string_view, 4> kDevices{"con", "prn", "aux", "nul"};
 constexpr std::array<std::string_view, 2> kNumberedDevices{"com", "lpt"};
+
+constexpr std::size_t kLongNamePart = 13;  // characters in an entry
 
 template <std::size_t count>
 bool isOneOf(std::string_view word, const std::array<std::string_view, count>& words) {
@@ -50,6 +52,11 @@ bool isSafeFileName(std::string_view name) {
 bool isFatFileName(std::string_view name) {
   return isSafeFileName(name) && name.find_first_of("<>\"|?*") == std::string_view::npos &&
          name.back() != '.' && name.back() != ' ' && !isDevice(name) && !isShortForm(name);
+}
+
+// Every name may need its long form.
+std::size_t fatEntriesOf(std::string_view name) {
+  return 1 + (name.size() + kLongNamePart - 1) / kLongNamePart;
 }
 
 bool isSameFileName(std::string_view a, std::string_view b) {

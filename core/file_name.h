@@ -1,4 +1,4 @@
-// Names of files that come from the network, and how names are compared on a target's disk.
+// Names of files that come from elsewhere, and what FAT volumes make of names.
 #pragma once
 
 #include <cstddef>
@@ -15,6 +15,9 @@ bool isSafeFileName(std::string_view name);
 // A safe name that a FAT volume can hold on any system, and that is not one of those that FAT gives
 // itself to long names ("SYSTEM~1.BDL").
 bool isFatFileName(std::string_view name);
+
+// How many entries of a folder it takes at most on a FAT volume.
+std::size_t fatEntriesOf(std::string_view name);
 
 // Equal but for case, of the letters of Latin-1 too: so a FAT volume compares.
 bool isSameFileName(std::string_view a, std::string_view b);

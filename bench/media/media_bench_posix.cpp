@@ -1,5 +1,5 @@
-// Makes a disk and prints how long it took, in seconds, until everything was on the medium and until
-// it was read back.
+// Makes a disk and prints how long it took, in seconds, until everything was on the medium and
+// until it was read back.
 //
 //   bench_media IMAGE FOLDER     all files of the folder
 #include <algorithm>

@@ -212,8 +212,9 @@ DevicePtr FakeVolumes::createFile(const std::string& path, Creation creation) {
   if (file && creation == Creation::kNew) return nullptr;
   if (!file) {
     const auto drive = drives.find(path.front());
-    if (drive == drives.end()) return nullptr;
-    file = &drive->second.files[path.substr(rootPath(drive->first).size())];
+    const bool isOnDrive = drive != drives.end() && path.starts_with(rootPath(drive->first));
+    file =
+        isOnDrive ? &drive->second.files[path.substr(rootPath(drive->first).size())] : &files[path];
   }
   file->clear();
   return std::make_unique<FakeFile>(*this, path, *file);

@@ -79,6 +79,18 @@ void requireRoom(const TargetDisk& disk, const std::vector<VolumeEntry>& files) 
 
 }  // namespace
 
+void writeHeld(HeldFile& file, TargetStore& store, TargetConsole& console) {
+  store.openFile(file.name, static_cast<std::int32_t>(file.size));
+  std::int32_t done = 0;
+  for (std::vector<std::uint8_t>& bytes : file.pieces) {
+    const std::vector<std::uint8_t> piece = std::move(bytes);
+    store.write(piece);
+    done += static_cast<std::int32_t>(piece.size());
+    console.progress(MacAddress{}, file.name, done, static_cast<std::int32_t>(file.size));
+  }
+  store.closeFile();
+}
+
 LocalInstallation::LocalInstallation(TargetDisks& disks, TargetConsole& console, BootCode bootCode,
                                      DrawNumber drawNumber)
     : disks_(disks), console_(console), bootCode_(bootCode), drawNumber_(std::move(drawNumber)) {}
@@ -150,21 +162,11 @@ void LocalInstallation::writeAll(const std::string& diskName, std::vector<HeldFi
   DiskStore store(
       disk, [this](const std::string& sentence) { say(sentence); }, bootCode_, false, drawNumber_);
   store.beginPreparation(false);
-  for (HeldFile& file : files) write(store, std::move(file));
-  store.finish();
-}
-
-void LocalInstallation::write(TargetStore& store, HeldFile file) {
-  say("Writing " + countOfBytes(file));
-  store.openFile(file.name, static_cast<std::int32_t>(file.size));
-  std::int32_t done = 0;
-  for (std::vector<std::uint8_t>& bytes : file.pieces) {
-    const std::vector<std::uint8_t> piece = std::move(bytes);
-    store.write(piece);
-    done += static_cast<std::int32_t>(piece.size());
-    console_.progress(MacAddress{}, file.name, done, static_cast<std::int32_t>(file.size));
+  for (HeldFile& file : files) {
+    say("Writing " + countOfBytes(file));
+    writeHeld(file, store, console_);
   }
-  store.closeFile();
+  store.finish();
 }
 
 }  // namespace omniset

@@ -23,6 +23,9 @@ struct HeldFile {
   std::vector<std::vector<std::uint8_t>> pieces;
 };
 
+// To the store, and tells the console how far it is. Each piece is let go when it is written.
+void writeHeld(HeldFile& file, TargetStore& store, TargetConsole& console);
+
 class LocalInstallation {
  public:
   // `disks`, the console and the boot code outlive the installation.
@@ -38,7 +41,6 @@ class LocalInstallation {
   std::vector<HeldFile> readAll(const BootedVolume& source, std::uint64_t availableMemory);
   HeldFile read(Volume& volume, const std::string& name, std::uint32_t size);
   void writeAll(const std::string& diskName, std::vector<HeldFile> files);
-  void write(TargetStore& store, HeldFile file);
   void say(const std::string& sentence);
 
   TargetDisks& disks_;

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <tuple>
 
+#include "core/error.h"
+
 namespace omniset {
 
 namespace {
@@ -111,14 +113,21 @@ bool installsOwnDisk(std::string_view commandLine) {
 }
 
 std::optional<std::uint32_t> bootedVolumeNumber(std::string_view commandLine) {
-  std::string_view digits;
+  std::string_view told;
   for (auto word = takeWord(commandLine); !word.empty(); word = takeWord(commandLine)) {
-    if (word.starts_with(kVolumeKey)) digits = word.substr(kVolumeKey.size());
+    if (word.starts_with(kVolumeKey)) told = word;
   }
+  if (told.empty()) return {};
   std::uint32_t number = 0;
+  const std::string_view digits = told.substr(kVolumeKey.size());
   const char* const last = digits.data() + digits.size();
-  if (digits.size() != 8 || std::from_chars(digits.data(), last, number, 16).ptr != last) return {};
-  return number;
+  if (digits.size() == 8 && std::from_chars(digits.data(), last, number, 16).ptr == last) {
+    return number;
+  }
+  throw Failure("The kernel's command line does not tell which disk this PC was started from: \"" +
+                std::string(told) +
+                "\" has to have 8 hexadecimal digits. Start this PC from the disk by the loader on "
+                "it. Nothing was changed on any disk.");
 }
 
 }  // namespace omniset

@@ -34,8 +34,8 @@ bool wasBootedFromMedium(std::string_view commandLine);
 bool installsOwnDisk(std::string_view commandLine);
 
 // The serial number of the volume that a disk's loader started the system from: the last word
-// "omniset.volume=1234ABCD" of the kernel's command line. None without it, or when it is not of 8
-// hexadecimal digits.
+// "omniset.volume=1234ABCD" of the kernel's command line. None without it; raises Failure with a
+// sentence when it is not of 8 hexadecimal digits.
 std::optional<std::uint32_t> bootedVolumeNumber(std::string_view commandLine);
 
 }  // namespace omniset

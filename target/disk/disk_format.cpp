@@ -29,12 +29,10 @@ void eraseGuidTables(TargetDisk& disk) {
 
 // The volume that is there may reach over the place of the new one: it goes before that is written
 // to. Half overwritten it would still be there, and a PC might start from it.
-void eraseOldVolume(TargetDisk& disk, const Partition& partition) {
+void eraseOldVolume(TargetDisk& disk) {
   const DiskLayout layout = readLayout(disk);
   if (layout.isFatDisk) beginFormat(disk, Partition{});
-  if (layout.holdsFat && layout.partition->first != partition.first) {
-    beginFormat(disk, *layout.partition);
-  }
+  if (layout.holdsFat) beginFormat(disk, *layout.partition);
 }
 
 }  // namespace
@@ -42,7 +40,7 @@ void eraseOldVolume(TargetDisk& disk, const Partition& partition) {
 // The place is marked before the table leads there: an old volume may be in it.
 void formatDisk(TargetDisk& disk, const Partition& partition, const BootCode& bootCode,
                 const DrawNumber& drawNumber) {
-  eraseOldVolume(disk, partition);
+  eraseOldVolume(disk);
   beginFormat(disk, partition);
   eraseGuidTables(disk);
   disk.writeSectors(0, makeMbr(bootCode.disk, drawNumber(), partition));

@@ -105,6 +105,17 @@ TEST_F(FatVolumeTest, TheLastClusterOfTheLargestVolumeIsReached) {
   EXPECT_GT(image->sectorOf(65525), 65523u * 128);
 }
 
+// Where a volume has so many, numbers that stand for no cluster elsewhere are ordinary.
+TEST_F(FatVolumeTest, TheLastClustersOfTheLargestVolumeWith12BitsAreReached) {
+  make({.clusters = 4084}).addFile(kStored, contentOf(3000), clustersFrom(0xFF0, 6));
+  EXPECT_EQ(fetch("linux"), contentOf(3000));
+}
+
+TEST_F(FatVolumeTest, AFileMayFillItsVolume) {
+  make({.clusters = 10}).addFile(kStored, contentOf(5120), clustersFrom(2, 10));
+  EXPECT_EQ(fetch("linux"), contentOf(5120));
+}
+
 TEST_F(FatVolumeTest, WhatLiesTogetherIsReadAtOnceUpToTheRoomForIt) {
   make({}).addFile(kStored, contentOf(200 * 512), clustersFrom(10, 200));
   fetch("linux");
@@ -267,6 +278,21 @@ TEST_F(FatVolumeTest, OfTooFewOrTooManySectorsIsNone) {
     putNumber(&bytes[32], sectors);
     EXPECT_NE(failureOf([&] { openVolume(); }), "") << sectors;
   }
+}
+
+TEST_F(FatVolumeTest, OfMoreThan65524ClustersIsNone) {
+  make({.clusters = 65525});
+  EXPECT_NE(failureOf([&] { openVolume(); }), "");
+}
+
+// The entry of the cluster 341 is the first that ends in the table's second sector.
+TEST_F(FatVolumeTest, AllOfTheLastEntryHasToBeInTheTable) {
+  SectorBytes& bytes = make({.clusters = 338}).bootSector();
+  const auto sectors = numberAt<std::uint16_t>(&bytes[19]);
+  putNumber(&bytes[19], static_cast<std::uint16_t>(sectors + 1));
+  EXPECT_EQ(failureOf([&] { openVolume(); }), "");
+  putNumber(&bytes[19], static_cast<std::uint16_t>(sectors + 2));
+  EXPECT_NE(failureOf([&] { openVolume(); }), "");
 }
 
 TEST_F(FatVolumeTest, WhatWasReadOfAnotherVolumeIsForgotten) {

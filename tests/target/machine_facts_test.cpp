@@ -4,10 +4,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/error.h"
+
 namespace omniset::test {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 TEST(MachineFacts, ProcessorAndMemoryInOneLine) {
@@ -79,13 +84,24 @@ TEST(MachineFacts, TheVolumeThatWasBootedIsOnTheCommandLine) {
   EXPECT_EQ(bootedVolumeNumber("omniset.volume=11111111 omniset.volume=22222222"), 0x22222222u);
 }
 
-TEST(MachineFacts, AVolumeThatIsNoNumberOfEightDigitsIsNone) {
+TEST(MachineFacts, WithoutItsWordThereIsNoVolume) {
   for (const char* line :
-       {"", "omniset.volume", "omniset.volume=", "omniset.volume=1234567",
-        "omniset.volume=123456789", "omniset.volume=1234-ABC", "omniset.volume=-1234567",
-        "xomniset.volume=12345678", "omniset.volume=12345678x", "omniset.volume=1234567G",
-        "OMNISET.VOLUME=12345678"}) {
+       {"", "omniset.volume", "xomniset.volume=12345678", "OMNISET.VOLUME=12345678"}) {
     EXPECT_EQ(bootedVolumeNumber(line), std::nullopt) << line;
+  }
+}
+
+TEST(MachineFacts, AVolumeThatIsNoNumberOfEightDigitsIsRefused) {
+  for (const char* word : {"omniset.volume=", "omniset.volume=1234567", "omniset.volume=123456789",
+                           "omniset.volume=1234-ABC", "omniset.volume=-1234567",
+                           "omniset.volume=12345678x", "omniset.volume=1234567G"}) {
+    try {
+      bootedVolumeNumber(std::string("a ") + word + " b");
+      ADD_FAILURE() << word;
+    } catch (const Failure& e) {
+      EXPECT_THAT(e.what(), AllOf(HasSubstr(std::string("\"") + word + "\" has to have 8"),
+                                  EndsWith(" Nothing was changed on any disk.")));
+    }
   }
 }
 

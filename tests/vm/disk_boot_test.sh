@@ -15,7 +15,6 @@ MIB=$((1 << 20))
 assemble() {
   nasm -f bin -o "$CODE/sector" resources/boot_sector.asm &&
     nasm -f bin -I payload/boot/ -o "$CODE/mbr" payload/boot/mbr.asm &&
-    nasm -f bin -o "$CODE/no_extensions" tests/vm/no_extensions.asm &&
     head -c 11 "$CODE/sector" >"$CODE/begin" &&
     tail -c +63 "$CODE/sector" | head -c 448 >"$CODE/code"
 }
@@ -48,6 +47,23 @@ scatter() {
   mkdir "$folder" && head -c $(($1 * 2 * $2)) /dev/zero | split -b "$2" -d -a 4 - "$folder/" || return 1
   mmd -i "$WORK/disk" ::fillers && copy_in "$folder"/* ::fillers &&
     mdel -i "$WORK/disk" "::fillers/*[02468]"
+}
+
+# rough_boot OPTION...: with an old and bad BIOS, for which the floppy stands (rough_bios.asm tells what it
+# does, and its options), and that tells a geometry with many cylinders.
+rough_boot() {
+  nasm -f bin -o "$CODE/rough" "$@" tests/vm/rough_bios.asm && truncate -s 1474560 "$WORK/floppy" &&
+    put "$CODE/rough" "$WORK/floppy" 0 || return 1
+  local cylinders=$(($(stat -c %s "$WORK/disk") / 512 / 68)) unit=0
+  local -a first=()
+  if [[ " $* " == *DISK=0x81* ]]; then
+    truncate -s $((8 * MIB)) "$WORK/first"
+    first=(-drive "file=$WORK/first,format=raw,if=ide")
+    unit=1
+  fi
+  boot "${first[@]}" -drive "file=$WORK/disk,format=raw,if=none,id=disk" \
+    -device "ide-hd,drive=disk,unit=$unit,cyls=$cylinders,heads=4,secs=17,bios-chs-trans=none" \
+    -drive "file=$WORK/floppy,format=raw,if=floppy" -boot a
 }
 
 # is_scattered NAME: no two clusters of the file follow each other.
@@ -102,21 +118,47 @@ a_volume_of_4_GB_starts() {
     boot -drive "$(ide)" && serial_says "$STARTED"
 }
 
-# By cylinder, head and sector only; the floppy stands for the BIOS. FAT12, in a partition.
-an_old_bios_starts_a_partition() {
-  make_volume $((8 * MIB)) -F 12 -s 8 -h 63 && scatter 400 4096 && fill "$TEXTS/124" &&
-    is_scattered linux && mv "$WORK/disk" "$WORK/volume" || return 1
-  truncate -s $((16 * MIB)) "$WORK/disk" &&
-    printf 'label: dos\n63,16384,1,*\n' | sfdisk -q "$WORK/disk" && put "$CODE/mbr" "$WORK/disk" 0 &&
-    dd if="$WORK/volume" of="$WORK/disk" bs=512 seek=63 conv=notrunc status=none &&
-    truncate -s 1474560 "$WORK/floppy" && put "$CODE/no_extensions" "$WORK/floppy" 0 || return 1
-  boot -drive "$(ide)" -drive "file=$WORK/floppy,format=raw,if=floppy" -boot a &&
-    serial_says "$STARTED"
+# FAT12 in a partition, from cylinder 294 on. The label and 20 files have names that begin as the
+# loader's. The root directory, of 127 entries, does not fill its last sector.
+a_bad_bios_starts_a_partition() {
+  local number names=()
+  make_volume $((8 * MIB)) -F 12 -s 8 -h 20000 -r 128 -n "LDLINUX SYS" && scatter 400 4096 || return 1
+  for number in {1..20}; do names+=("$WORK/ldlinux.$number") && echo x >"$WORK/ldlinux.$number"; done
+  copy_in "${names[@]}" :: && fill "$TEXTS/124" && is_scattered linux &&
+    printf '\177' >"$WORK/entries" && put "$WORK/entries" "$WORK/disk" 17 &&
+    mv "$WORK/disk" "$WORK/volume" || return 1
+  truncate -s $((32 * MIB)) "$WORK/disk" &&
+    printf 'label: dos\n20000,16384,1,*\n' | sfdisk -q "$WORK/disk" &&
+    put "$CODE/mbr" "$WORK/disk" 0 &&
+    dd if="$WORK/volume" of="$WORK/disk" bs=512 seek=20000 conv=notrunc status=none || return 1
+  rough_boot && serial_says "$STARTED"
 }
 
+# The kernel lies behind those that can be addressed. The BIOS passes the number of a floppy.
+beyond_1024_cylinders_nothing_is_read() {
+  make_volume $((48 * MIB)) -F 16 && truncate -s $((36 * MIB)) "$WORK/filler" &&
+    copy_in "$IMAGES/122" ::ldlinux.sys && copy_in "$TEXTS/124" ::syslinux.cfg &&
+    copy_in "$WORK/filler" :: && copy_in "$IMAGES/120" ::linux || return 1
+  rough_boot -DPASSED=1 && serial_says "This disk cannot be read (code F0)."
+}
+
+# Nothing is on the first.
+a_second_disk_is_read_when_it_is_started() {
+  make_volume $((8 * MIB)) -F 12 && copy_in "$IMAGES/122" ::ldlinux.sys &&
+    copy_in "$TEXTS/124" ::syslinux.cfg || return 1
+  rough_boot -DDISK=0x81 && serial_says "linux is not on this disk."
+}
+
+# What has its name is a folder.
 without_a_loader_the_boot_fails_and_a_key_restarts() {
-  make_volume $((32 * MIB)) -F 16 && copy_in "$IMAGES/120" ::linux && boot -drive "$(ide)" &&
-    screen_says "Boot failed" && ! has_ended && press spc && restarts
+  make_volume $((32 * MIB)) -F 16 && copy_in "$IMAGES/120" ::linux && mmd -i "$WORK/disk" ::ldlinux.sys &&
+    boot -drive "$(ide)" && screen_says "Boot failed" && ! has_ended && press spc && restarts
+}
+
+# Its code would run in circles.
+what_is_no_loader_is_not_started() {
+  make_volume $((32 * MIB)) -F 16 && printf '\xEB\xFE' >"$WORK/file" &&
+    copy_in "$WORK/file" ::ldlinux.sys && boot -drive "$(ide)" && screen_says "Boot failed"
 }
 
 # The entry of the loader's cluster 341 lies across two sectors of the table.
@@ -141,5 +183,7 @@ what_cannot_be_read_is_told() {
 run_tests where_partition_tables_are_the_sector_is_empty a_floppy_starts_and_its_motor_stops \
   scattered_files_start_and_the_kernel_is_told_the_volume \
   a_volume_of_2_GB_starts_that_was_formatted_for_a_partition a_volume_of_4_GB_starts \
-  an_old_bios_starts_a_partition without_a_loader_the_boot_fails_and_a_key_restarts \
+  a_bad_bios_starts_a_partition beyond_1024_cylinders_nothing_is_read \
+  a_second_disk_is_read_when_it_is_started what_is_no_loader_is_not_started \
+  without_a_loader_the_boot_fails_and_a_key_restarts \
   without_a_kernel_the_loader_says_so_and_restarts what_cannot_be_read_is_told

@@ -36,8 +36,7 @@ constexpr std::uint8_t kNotAFile = 0x18;  // a label, a part of a long name, or 
 constexpr std::uint32_t kFirstOfFat16 = 4085;
 constexpr std::uint32_t kFirstOfFat32 = 65525;
 
-// In entries of the table, those of FAT12 as if they were of FAT16.
-constexpr std::uint32_t kSpecial = 0xFFF0;
+// In entries of the table, from here on: those of FAT12 as if they were of FAT16.
 constexpr std::uint32_t kLastCluster = 0xFFF8;
 
 constexpr std::uint32_t kTransferSectors = kTransferRoom / kSectorSize;
@@ -169,7 +168,7 @@ std::uint32_t FatVolume::next(std::uint32_t cluster) {
   entry |= static_cast<std::uint32_t>(tableByte(place + 1)) << 8;
   if (!isFat12()) return entry;
   entry = cluster % 2 != 0 ? entry >> 4 : entry & 0xFFF;
-  return entry < (kSpecial & 0xFFF) ? entry : entry | 0xF000;
+  return entry < (kLastCluster & 0xFFF) ? entry : entry | 0xF000;
 }
 
 // Sector 0 of a drive is of no directory or table.

@@ -69,6 +69,12 @@ TEST_F(BootedVolumeTest, WithoutANumberTheOnlyVolumeIsTaken) {
   EXPECT_EQ(found.serialNumber, 77u);
 }
 
+TEST_F(BootedVolumeTest, WithoutANumberAPartitionOfAnotherSystemIsPassedOver) {
+  disks.add("sda", 64 * kMegabyte).medium.writeSector(0, makeMbr({}, 1, {2048, 20000, 0x83}));
+  add("sdb", 63, 77);
+  EXPECT_EQ(find(std::nullopt), "sdb");
+}
+
 TEST_F(BootedVolumeTest, WithoutANumberTwoVolumesCannotBeToldApart) {
   add("sda", 0, 1);
   add("vda", 63, 2);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "own_disk_fixture.h"
+#include "tests/target/target_fakes.h"
 
 namespace omniset::test {
 namespace {
@@ -191,6 +192,33 @@ TEST_F(LocalInstallationTest, TooLittleMemoryIsToldWithWhatIsThere) {
       "KB.",
       1000);
   EXPECT_EQ(run(kOwnNumber, kMargin + 5012), "none");
+}
+
+// What a store is given it may need as much memory for.
+TEST_F(LocalInstallationTest, WhatIsWrittenIsNotHeldAnyMore) {
+  HeldFile file{"a.bdl", 9, {{1, 2, 3, 4}, {5, 6, 7}, {8, 9}}};
+  FakeStore store;
+  std::vector<std::size_t> held;
+  store.onCall = [&] {
+    std::size_t room = 0;
+    for (const auto& piece : file.pieces) room += piece.capacity();
+    held.push_back(room);
+  };
+  writeHeld(file, store, console);
+  // Before it is opened, with the pieces, and closed.
+  EXPECT_THAT(held, ElementsAre(9, 5, 2, 0, 0));
+  EXPECT_EQ(store.content, "\1\2\3\4\5\6\7\x08\x09");
+}
+
+// However much memory there is: sizes have 31 bits on the way. The files share what is in them.
+TEST_F(LocalInstallationTest, TwoGigabytesAreTooMuch) {
+  prepare({{"0.bdl", std::string(8 << 20, 'x')}, {"autorun.scr", ""}});
+  const int content = disk.medium.folder(0).entries.at("0.bdl").content;
+  for (int i = 1; i < 256; ++i) disk.medium.setEntry(0, {std::to_string(i) + ".bdl", content});
+  EXPECT_THAT(
+      run(kOwnNumber, std::uint64_t{8} << 30),
+      StartsWith("The packages do not fit into the memory of this PC: they have 2097152 KB, "
+                 "and there is room for 2097151 KB."));
 }
 
 TEST_F(LocalInstallationTest, ADiskThatNothingCanBeInstalledOnIsRefusedBefore) {

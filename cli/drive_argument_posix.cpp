@@ -42,12 +42,13 @@ void createFloppyImage(const std::string& path) {
                  " cannot be created: check its path and its folder's permissions.");
 }
 
-// A disk by its own name, also when the operator named it by a link.
+// A disk by its own name, also when the operator named it by a link. The programs that write it are
+// given a whole path, which no option looks like.
 DriveArgument argumentFor(char letter, const std::string& path) {
   std::error_code error;
   const std::string own =
       fs::is_block_file(path, error) ? fs::canonical(path, error).string() : path;
-  return {letter, own, {letter, own}};
+  return {letter, own, {letter, fs::absolute(own).string()}};
 }
 
 }  // namespace

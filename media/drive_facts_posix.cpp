@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 
 #include "install/router_record.h"
 #include "media/block_devices_posix.h"
@@ -66,7 +67,8 @@ std::string missingProgram() {
 }
 
 std::string findObstacle(const std::string& path) {
-  if (path.find("@@") != std::string::npos) return "mtools takes no path with \"@@\"";
+  if (std::filesystem::absolute(path).string().find("@@") != std::string::npos)
+    return "mtools takes no path with \"@@\"";
   struct stat facts {};
   if (stat(path.c_str(), &facts) != 0) return "it does not exist";
   std::string obstacle;

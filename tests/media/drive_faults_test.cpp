@@ -1,6 +1,7 @@
 // Each single call of the system fails or does half of its work, in turn.
 #include <algorithm>
 
+#include "core/error.h"
 #include "tests/media/media_fixture.h"
 
 namespace omniset::test {
@@ -140,6 +141,35 @@ TEST_F(DriveFaults, OfAFloppyOnWindows98Too) {
     makeFloppy("veltrona");
     return lastFailure;
   });
+}
+
+// A call that hangs while the operator gives up: whichever it is, little is done behind it.
+TEST_F(DriveFaults, AStopDuringAnyCallEndsTheJobSoonBehindIt) {
+  constexpr std::size_t kMostCallsBehind = 20;
+  const FakeVolumes fresh = volumes;
+  make(fullInfo());
+  const Calls calls = volumes.calls;
+  const std::size_t count = calls.size();
+  std::size_t canceled = 0;
+  for (std::size_t number = 0; number < count; ++number) {
+    SCOPED_TRACE(calls[number]);
+    volumes = fresh;
+    DriveMaker maker(fullInfo(), fakeServices(volumes, format), 16);
+    volumes.onCall = [&] {
+      if (volumes.calls.size() == number + 1) maker.stopEvent().set();
+    };
+    try {
+      maker.run();
+      EXPECT_LE(count - number, kMostCallsBehind);
+    } catch (const Failure& failure) {
+      EXPECT_STREQ(failure.what(), "Canceled");
+      ++canceled;
+    }
+    EXPECT_LE(volumes.calls.size(), number + kMostCallsBehind);
+    volumes.onCall = nullptr;
+    expectNothingElseTouched(fresh, 'E');
+  }
+  EXPECT_GT(canceled, count / 2);
 }
 
 }  // namespace

@@ -1,7 +1,4 @@
-#include <fcntl.h>
 #include <sys/socket.h>
-
-#include <cerrno>
 
 #include "core/error.h"
 #include "media/child_process_posix.h"

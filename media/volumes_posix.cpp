@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include "core/byte_cursor.h"
-#include "install/router_record.h"
 #include "media/child_process_posix.h"
 #include "media/drive_facts_posix.h"
 #include "media/volume_files_posix.h"

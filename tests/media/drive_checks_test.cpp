@@ -1,6 +1,7 @@
 #include "media/drive_checks.h"
 
 #include "core/error.h"
+#include "tests/contract/raised_text.h"
 #include "tests/media/media_fixture.h"
 
 namespace omniset::test {
@@ -73,13 +74,10 @@ TEST_F(DriveChecks, CountOnNoMoreThanTheFormatUses) {
 }
 
 TEST_F(DriveChecks, NameAPackageThatIsGone) {
-  volumes.files.erase(joinPath("packages", "system-2.9.bdl"));
-  try {
-    obstacle(drive(32 * kMegabyte));
-    FAIL() << "nothing was raised";
-  } catch (const Failure& failure) {
-    EXPECT_EQ(failure.what(), "Cannot open file: " + joinPath("packages", "system-2.9.bdl"));
-  }
+  const std::string package = joinPath("packages", "system-2.9.bdl");
+  volumes.files.erase(package);
+  EXPECT_EQ(raisedText<Failure>([&] { obstacle(drive(32 * kMegabyte)); }),
+            "Cannot open file: " + package);
 }
 
 TEST_F(DriveChecks, RefuseNamesThatCannotBeThere) {

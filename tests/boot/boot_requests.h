@@ -6,18 +6,16 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "boot/bootp_packet.h"
 #include "core/mac_address.h"
+#include "tests/fakes/bytes_of.h"
 
 namespace omniset::test {
 
 constexpr std::string_view kPxeClass = "PXEClient:Arch:00000:UNDI:002001";
 constexpr std::string_view kEtherbootClass = "Etherboot-5.2";
 constexpr MacAddress kClientMac{{0x02, 0, 0, 0, 0, 0x0A}};
-
-using Bytes = std::vector<std::uint8_t>;
 
 inline void append(Bytes& bytes, std::string_view text) {
   bytes.insert(bytes.end(), text.begin(), text.end());

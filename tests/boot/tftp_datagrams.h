@@ -3,18 +3,11 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "core/byte_cursor.h"
+#include "tests/fakes/bytes_of.h"
 
 namespace omniset::test {
-
-using Bytes = std::vector<std::uint8_t>;
-
-inline Bytes bytesOf(std::string_view text) {
-  return {text.begin(), text.end()};
-}
 
 // `options` are names and values, each with its zero byte.
 inline Bytes readRequest(const std::string& name, const std::string& options = {}) {

@@ -90,18 +90,18 @@ class FakeDevice : public Device {
 
 class FakeFile : public FakeDevice {
  public:
-  FakeFile(FakeVolumes& volumes, const std::string& path, FileBytes& file)
+  FakeFile(FakeVolumes& volumes, const std::string& path, Bytes& file)
       : FakeDevice(volumes, path), file_(file) {}
 
  private:
   std::span<const std::uint8_t> bytes() override { return file_; }
   void put(std::span<const std::uint8_t> from) override {
-    FileBytes changed(from.begin(), from.end());
+    Bytes changed(from.begin(), from.end());
     if (volumes_.corrupt) volumes_.corrupt(name_, changed);
     file_.insert(file_.end(), changed.begin(), changed.end());
   }
 
-  FileBytes& file_;
+  Bytes& file_;
 };
 
 class FakeRaw : public FakeDevice {
@@ -112,7 +112,7 @@ class FakeRaw : public FakeDevice {
  private:
   std::span<const std::uint8_t> bytes() override { return drive_.firstSector; }
   void put(std::span<const std::uint8_t> from) override {
-    FileBytes changed(from.begin(), from.end());
+    Bytes changed(from.begin(), from.end());
     if (volumes_.corrupt) volumes_.corrupt(name_, changed);
     std::copy_n(changed.begin(), std::min(changed.size(), drive_.firstSector.size() - at_),
                 drive_.firstSector.begin() + static_cast<std::ptrdiff_t>(at_));
@@ -153,10 +153,6 @@ class FakeAbsoluteDisk : public Volumes::AbsoluteDisk {
 
 }  // namespace
 
-FileBytes bytesOf(std::string_view text) {
-  return {text.begin(), text.end()};
-}
-
 bool FakeVolumes::isFaulty(const std::string& call) {
   calls.push_back(call);
   if (onCall) onCall();
@@ -194,8 +190,8 @@ bool FakeVolumes::flushVolume(char letter) {
   return !isFaulty(std::string("flush ") + letter);
 }
 
-FileBytes* FakeVolumes::find(const std::string& path) {
-  std::map<std::string, FileBytes>* folder = &files;
+Bytes* FakeVolumes::find(const std::string& path) {
+  std::map<std::string, Bytes>* folder = &files;
   std::string name = path;
   const auto drive = drives.find(path.empty() ? '\0' : path.front());
   if (drive != drives.end() && path.starts_with(rootPath(drive->first))) {
@@ -208,7 +204,7 @@ FileBytes* FakeVolumes::find(const std::string& path) {
 
 DevicePtr FakeVolumes::createFile(const std::string& path, Creation creation) {
   if (isFaulty((creation == Creation::kNew ? "create " : "overwrite ") + path)) return nullptr;
-  FileBytes* file = find(path);
+  Bytes* file = find(path);
   if (file && creation == Creation::kNew) return nullptr;
   if (!file) {
     const auto drive = drives.find(path.front());
@@ -233,7 +229,7 @@ DevicePtr FakeVolumes::openWithoutAccess(const std::string& path) {
 }
 
 DevicePtr FakeVolumes::openNoted(const std::string& how, const std::string& path) {
-  FileBytes* file = find(path);
+  Bytes* file = find(path);
   if (isFaulty(how + path) || !file) return nullptr;
   return std::make_unique<FakeFile>(*this, path, *file);
 }
@@ -334,13 +330,13 @@ DriveSector formattedSector(int format) {
 
 BootImage fakeImage(int number) {
   static const auto images = [] {
-    std::map<int, FileBytes> made;
+    std::map<int, Bytes> made;
     for (int i = kKernelImage; i <= kEtherbootImage; ++i) {
       made[i] = bytesOf("image " + std::to_string(i));
     }
     return made;
   }();
-  const FileBytes& image = images.at(number);
+  const Bytes& image = images.at(number);
   return {image.data(), image.size()};
 }
 

@@ -10,18 +10,15 @@
 #include "media/format_command.h"
 #include "media/media_services.h"
 #include "media/volumes.h"
+#include "tests/fakes/bytes_of.h"
 
 namespace omniset::test {
-
-using FileBytes = std::vector<std::uint8_t>;
-
-FileBytes bytesOf(std::string_view text);
 
 struct FakeDrive {
   std::uint32_t type = 2;
   DriveFacts facts{64 << 20, "CARD", "FAT16 volume", "", 64 << 20};
   DriveSector firstSector{};
-  std::map<std::string, FileBytes> files;  // in its root folder
+  std::map<std::string, Bytes> files;  // in its root folder
 
   bool operator==(const FakeDrive& other) const {
     return firstSector == other.firstSector && files == other.files;
@@ -36,14 +33,14 @@ class FakeVolumes : public Volumes {
   // The first sector and the files of "letter:"; its physical disk has the number 1 for C, and so
   // on.
   std::map<char, FakeDrive> drives;
-  std::map<std::string, FileBytes> files;  // of this computer, by path
+  std::map<std::string, Bytes> files;  // of this computer, by path
   SystemVersion system;
   std::string systemFolder = "c:\\windows\\system32";
   // "Read from device failed", and so on, for the call of this number from 0.
   int faultyCall = -1;
   Fault fault = Fault::kFails;
   // Changes what is written to a file on a drive or to "volume E", on its way.
-  std::function<void(const std::string& name, FileBytes& bytes)> corrupt;
+  std::function<void(const std::string& name, Bytes& bytes)> corrupt;
 
   // Called with every call, of the format too.
   std::function<void()> onCall;
@@ -71,7 +68,7 @@ class FakeVolumes : public Volumes {
   std::unique_ptr<AbsoluteDisk> openAbsoluteDisk() override;
 
  private:
-  FileBytes* find(const std::string& path);
+  Bytes* find(const std::string& path);
   DevicePtr openNoted(const std::string& how, const std::string& path);
   bool isFlushed(char letter) const;
 };

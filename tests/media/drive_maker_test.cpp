@@ -111,7 +111,7 @@ TEST_F(MakingADrive, ReadsEverythingBack) {
 }
 
 TEST_F(MakingADrive, FailsForABootSectorThatDoesNotReadBack) {
-  volumes.corrupt = [](const std::string& name, FileBytes& bytes) {
+  volumes.corrupt = [](const std::string& name, Bytes& bytes) {
     if (name == "volume E") bytes[300] ^= 1;
   };
   EXPECT_EQ(make(plainInfo()).statusText, "The boot sector differs from what was written");
@@ -236,7 +236,7 @@ TEST_F(MakingADrive, FailsWhereTheFormatLeftFiles) {
 TEST_F(MakingADrive, FailsWithTheNameOfAFileThatDoesNotReadBack) {
   for (const std::string name : {"linux", "initrd.rgz", "ldlinux.sys", "syslinux.cfg",
                                  "system-2.9.bdl", "routing-2.9.bdl", "autorun.scr"}) {
-    volumes.corrupt = [&](const std::string& path, FileBytes& bytes) {
+    volumes.corrupt = [&](const std::string& path, Bytes& bytes) {
       if (path == "E:\\" + name) bytes.back() ^= 1;
     };
     RInfo what = plainInfo();

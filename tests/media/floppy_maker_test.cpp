@@ -108,7 +108,7 @@ TEST_F(MakingAFloppy, AWriteProtectedFloppyFailsWithItsFirstFile) {
 }
 
 TEST_F(MakingAFloppy, FailsWithTheNameOfAFileThatDoesNotReadBack) {
-  volumes.corrupt = [&](const std::string& path, FileBytes& bytes) {
+  volumes.corrupt = [&](const std::string& path, Bytes& bytes) {
     if (path == "A:\\label.txt") bytes.push_back('\n');
   };
   EXPECT_EQ(makeFloppy("veltrona").statusText, "A:\\label.txt differs from what was written");

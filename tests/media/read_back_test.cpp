@@ -23,10 +23,10 @@ class ReadingBack : public MediaFixture {
     }
   }
 
-  FileBytes& copy() { return volumes.drives['E'].files["copy"]; }
+  Bytes& copy() { return volumes.drives['E'].files["copy"]; }
 
   // Longer than one piece, and not a multiple of it.
-  FileBytes content = FileBytes(600'001, 'x');
+  Bytes content = Bytes(600'001, 'x');
   Event stopEvent{true, false};
   ReadBack readBack;
 };

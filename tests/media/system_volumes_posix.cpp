@@ -30,7 +30,7 @@ class SystemVolumesOnAnImage : public ::testing::Test {
 
   Volumes& volumes() { return *services.volumes; }
 
-  void write(const std::string& name, const FileBytes& bytes,
+  void write(const std::string& name, const Bytes& bytes,
              Volumes::Creation creation = Volumes::Creation::kNew) {
     const DevicePtr file = volumes().createFile("D:/" + name, creation);
     ASSERT_TRUE(file) << name;
@@ -38,8 +38,8 @@ class SystemVolumesOnAnImage : public ::testing::Test {
     EXPECT_TRUE(file->close());
   }
 
-  FileBytes read(const std::string& name) {
-    FileBytes bytes(4 << 20);
+  Bytes read(const std::string& name) {
+    Bytes bytes(4 << 20);
     const DevicePtr file = volumes().openWritten("D:/" + name);
     std::size_t filled = 0;
     while (const auto count = file->read(std::span(bytes).subspan(filled))) {
@@ -92,7 +92,7 @@ TEST_F(SystemVolumesOnAnImage, FormatAtMostTwoGigabytesOfALargerDisk) {
 TEST_F(SystemVolumesOnAnImage, HoldWhatIsWrittenByWhateverName) {
   makeImage(64 << 20);
   formatImage();
-  FileBytes large(3'000'001);
+  Bytes large(3'000'001);
   for (std::size_t i = 0; i < large.size(); ++i) large[i] = static_cast<std::uint8_t>(i * i >> 7);
   for (const std::string name :
        {"linux", "system-2.9.7.bdl", "a [b] {c} & d's.bdl", "f\xC3\xBCr.bdl"}) {
@@ -102,7 +102,7 @@ TEST_F(SystemVolumesOnAnImage, HoldWhatIsWrittenByWhateverName) {
     EXPECT_EQ(read(name), large);
   }
   write("empty", {});
-  EXPECT_EQ(read("empty"), FileBytes());
+  EXPECT_EQ(read("empty"), Bytes());
 }
 
 TEST_F(SystemVolumesOnAnImage, MakeANewFileOnlyWhereThereIsNone) {
@@ -123,11 +123,11 @@ TEST_F(SystemVolumesOnAnImage, ReportAFullVolumeAndAMissingFile) {
   makeImage(kFloppyBytes);
   formatImage();
   const DevicePtr file = volumes().createFile("D:/large", Volumes::Creation::kNew);
-  const FileBytes bytes(2 << 20);
+  const Bytes bytes(2 << 20);
   const bool isWritten = file->write(bytes) == bytes.size();
   EXPECT_FALSE(file->close() && isWritten);
   const DevicePtr missing = volumes().openFile("D:/missing");
-  FileBytes buffer(100);
+  Bytes buffer(100);
   EXPECT_FALSE(missing->read(buffer));
 }
 
@@ -135,9 +135,9 @@ TEST_F(SystemVolumesOnAnImage, ReportAFullVolumeAndAMissingFile) {
 TEST_F(SystemVolumesOnAnImage, ReportAFullVolumeOfTheLastFileToo) {
   makeImage(kFloppyBytes);
   formatImage();
-  write("large", FileBytes(1'450'000));
+  write("large", Bytes(1'450'000));
   const DevicePtr file = volumes().createFile("D:/small", Volumes::Creation::kNew);
-  const FileBytes bytes(20'000);
+  const Bytes bytes(20'000);
   EXPECT_EQ(file->write(bytes), bytes.size());
   EXPECT_FALSE(file->close());
 }
@@ -151,7 +151,7 @@ TEST_F(SystemVolumesOnAnImage, HaveRoomForWhatIsCounted) {
     const std::uint64_t cluster = megabytes == 16 ? 8192 : megabytes == 33 ? 16'384 : 16'384;
     const std::uint64_t room = (megabytes << 20) - bytesNeeded({}, megabytes << 20);
     const DevicePtr file = volumes().createFile("D:/whole", Volumes::Creation::kNew);
-    FileBytes bytes(room / cluster * cluster);
+    Bytes bytes(room / cluster * cluster);
     EXPECT_EQ(file->write(bytes), bytes.size());
     EXPECT_TRUE(file->close());
   }

@@ -4,6 +4,7 @@
 
 #include "core/error.h"
 #include "tests/contract/raised_text.h"
+#include "tests/fakes/bytes_of.h"
 #include "tests/fakes/captured_trace.h"
 #include "tests/fakes/fake_registry.h"
 
@@ -12,12 +13,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-using Bytes = std::vector<std::uint8_t>;
-
-Bytes bytesOf(std::string_view text) {
-  return {text.begin(), text.end()};
-}
 
 class RegistryTest : public ::testing::Test {
  protected:

@@ -2,16 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/fakes/bytes_of.h"
+
 namespace omniset::test {
 namespace {
 
 using ::testing::HasSubstr;
-
-using Bytes = std::vector<std::uint8_t>;
-
-Bytes bytesOf(std::string_view text) {
-  return {text.begin(), text.end()};
-}
 
 StoredKeys oneValue(const std::string& name, const StoredValue& value) {
   StoredKeys keys;

@@ -2,17 +2,13 @@
 
 #include <gmock/gmock.h>
 
-#include <string_view>
+#include "tests/fakes/bytes_of.h"
 
 namespace omniset::test {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-std::vector<std::uint8_t> bytesOf(std::string_view text) {
-  return {text.begin(), text.end()};
-}
 
 TEST(PackedStrings, EndWithAnExtraNul) {
   EXPECT_EQ(packedStrings({"a", "bc"}), bytesOf({"a\0bc\0\0", 6}));

@@ -6,6 +6,7 @@
 #include "payload/loader/common/console.h"
 #include "payload/loader/common/numbers.h"
 #include "payload/loader/common/physical_memory.h"
+#include "payload/loader/pxe/datagrams.h"
 
 namespace omniset::loader {
 namespace {
@@ -54,7 +55,39 @@ void readMemory(void* object, std::uint32_t from, std::uint32_t count) {
 }
 
 void writeMemory(std::uint32_t to, const void* object, std::uint32_t count) {
-  std::memcpy(pc->memory.data() + to, object, count);
+  std::memcpy(pc->memory.data() + to, object, rounded(count));
+}
+
+void openDatagrams() {
+  if (pc->exchangesDatagrams) throw std::logic_error("datagrams are exchanged already");
+  pc->exchangesDatagrams = true;
+}
+
+void closeDatagrams() {
+  pc->requireDatagrams();
+  pc->exchangesDatagrams = false;
+}
+
+void sendDatagram(std::uint16_t ownPort, std::uint16_t serverPort, const void* bytes,
+                  std::uint16_t length) {
+  pc->requireDatagrams();
+  const auto* first = static_cast<const std::uint8_t*>(bytes);
+  pc->server.send({ownPort, serverPort, {first, first + length}});
+}
+
+std::uint16_t receiveDatagram(std::uint16_t ownPort, void* bytes, std::uint16_t room,
+                              std::uint16_t& serverPort) {
+  pc->requireDatagrams();
+  const auto datagram = pc->server.receive(ownPort);
+  if (!datagram) return 0;
+  serverPort = datagram->from;
+  std::copy_n(datagram->bytes.begin(), std::min<std::size_t>(room, datagram->bytes.size()),
+              static_cast<std::uint8_t*>(bytes));
+  return static_cast<std::uint16_t>(datagram->bytes.size());
+}
+
+std::uint16_t ticks() {
+  return pc->server.ticks();
 }
 
 namespace test {
@@ -97,13 +130,6 @@ std::uint32_t FakePc::call(RomFunction function, void* parameters) {
     return returnsNothing ? 0 : 1;
   }
   switch (function) {
-    case RomFunction::kTftpOpen:
-      open(*static_cast<TftpOpenParameters*>(parameters));
-      break;
-    case RomFunction::kTftpRead:
-      read(*static_cast<TftpReadParameters*>(parameters));
-      break;
-    case RomFunction::kTftpClose:
     case RomFunction::kShutDownCard:
     case RomFunction::kUnloadStack:
     case RomFunction::kStopCard:
@@ -118,30 +144,8 @@ std::uint32_t FakePc::call(RomFunction function, void* parameters) {
   return returnsNothing ? 0 : numberAt<std::uint16_t>(static_cast<std::uint8_t*>(parameters));
 }
 
-void FakePc::open(TftpOpenParameters& parameters) {
-  opened.push_back(parameters);
-  const auto found = files.find(parameters.name.data());
-  if (found == files.end()) {
-    parameters.status = kFileNotFound;
-    return;
-  }
-  file_ = found->second;
-  at_ = 0;
-  parameters.packetSize = packetSize;
-}
-
-void FakePc::read(TftpReadParameters& parameters) {
-  const std::size_t block = packetSize == 0 || packetSize > 512 ? 512 : packetSize;
-  if (at_ > file_.size() || (endsWithFailure && at_ == file_.size())) {
-    parameters.status = 0x39;
-    return;
-  }
-  const std::size_t count = std::min(block, file_.size() - at_);
-  const std::uint32_t to = parameters.segment * 16u + parameters.offset;
-  std::copy_n(file_.begin() + static_cast<std::ptrdiff_t>(at_), count, memory.begin() + to);
-  parameters.size = static_cast<std::uint16_t>(count + blockGrowth);
-  // Behind the short block there is nothing to be read.
-  at_ += count < block ? block : count;
+void FakePc::requireDatagrams() const {
+  if (!exchangesDatagrams) throw std::logic_error("no datagrams are exchanged");
 }
 
 void FakePc::getCached(CachedInfoParameters& parameters) {

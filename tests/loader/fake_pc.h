@@ -1,4 +1,4 @@
-// The PC around the loader's portable code: its memory, its console, and its boot ROM with files.
+// The PC around the loader's portable code: its memory, its console, its boot ROM, and its network.
 #pragma once
 
 #include <cstdint>
@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "fake_server.h"
 #include "payload/loader/pxe/rom.h"
 
 namespace omniset::loader::test {
@@ -29,17 +30,14 @@ class FakePc {
   std::string shown;
 
   // What the ROM does.
-  std::map<std::string, std::vector<std::uint8_t>> files;
-  std::uint16_t packetSize = 512;  // told by the opening of a file
-  std::uint16_t blockGrowth = 0;   // blocks are told to have so many bytes more
-  bool endsWithFailure = false;    // reading behind the last block fails
   std::map<RomFunction, std::uint16_t> failures;
   bool returnsNothing = false;  // only the status says what failed
   std::map<PacketType, std::vector<std::uint8_t>> cached;
 
-  // What it was asked for.
-  std::vector<RomFunction> calls;
-  std::vector<TftpOpenParameters> opened;
+  std::vector<RomFunction> calls;  // what it was asked for
+
+  FakeServer server;
+  bool exchangesDatagrams = false;  // between their opening and their closing
 
   void put(std::uint32_t at, const std::vector<std::uint8_t>& bytes);
   std::vector<std::uint8_t> bytes(std::uint32_t at, std::size_t count) const;
@@ -47,14 +45,10 @@ class FakePc {
 
   std::uint32_t call(RomFunction function, void* parameters);
   void copy(std::uint32_t to, std::uint32_t from, std::uint32_t count);
+  void requireDatagrams() const;
 
  private:
-  void open(TftpOpenParameters& parameters);
-  void read(TftpReadParameters& parameters);
   void getCached(CachedInfoParameters& parameters);
-
-  std::vector<std::uint8_t> file_;
-  std::size_t at_ = 0;
 };
 
 // What failed, as it is shown; empty when nothing did.

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include <numeric>
+#include <map>
 
 #include "fake_pc.h"
 #include "kernel_file.h"
@@ -34,15 +34,16 @@ class KernelLoading : public ::testing::Test {
  protected:
   KernelLoading() {
     std::fill(pc.memory.begin(), pc.memory.end(), kOld);
-    networkAddresses = {.own = 1, .server = 2, .gateway = 0};
-    pc.files["c"] = bytesOf(kText);
-    pc.files["linux"] = kernel;
-    pc.files["initrd.rgz"] = ramDisk(10000);
+    files["c"] = bytesOf(kText);
+    files["linux"] = kernel;
+    files["initrd.rgz"] = ramDisk(10000);
   }
 
   void load(std::uint32_t memoryEnd = 8 * kMega) {
     MemoryMap map;
     map.add({.start = kMega, .size = memoryEnd - kMega, .type = kUsableMemory});
+    pc.server.serve({files["c"], files["linux"], files["initrd.rgz"]});
+    pc.exchangesDatagrams = false;  // as after a restart
     loadConfiguration("c", configuration);
     loadSystem(configuration, map);
   }
@@ -56,6 +57,7 @@ class KernelLoading : public ::testing::Test {
 
   const std::vector<std::uint8_t> kernel = makeKernel();
   FakePc pc;
+  std::map<std::string, std::vector<std::uint8_t>> files;
   BootConfiguration configuration;
 };
 
@@ -99,7 +101,7 @@ TEST_F(KernelLoading, PutsTheRamDiskToTheEndOfMemory) {
 }
 
 TEST_F(KernelLoading, PutsTheRamDiskWhereTheKernelReachesIt) {
-  pc.files["linux"] = makeKernel({.ramDiskLast = 6 * kMega - 1});
+  files["linux"] = makeKernel({.ramDiskLast = 6 * kMega - 1});
   load();
   EXPECT_EQ(ramDiskAt(), 6 * kMega - 3 * kPage);
 }
@@ -108,7 +110,7 @@ TEST_F(KernelLoading, ARamDiskOfAnySizeArrivesWhole) {
   constexpr std::uint32_t kRoom = 5 * kMega;
   for (const std::uint32_t size : {1u, 4096u, 4097u, 65536u, kRoom / 2 + 1, kRoom - 3 * kPage + 5,
                                    kRoom - kPage, kRoom - 1, kRoom}) {
-    pc.files["initrd.rgz"] = ramDisk(size);
+    files["initrd.rgz"] = ramDisk(size);
     load();
     EXPECT_EQ(ramDiskSize(), size);
     EXPECT_EQ(ramDiskAt() % kPage, 0u);
@@ -119,37 +121,32 @@ TEST_F(KernelLoading, ARamDiskOfAnySizeArrivesWhole) {
 }
 
 TEST_F(KernelLoading, ARamDiskThatDoesNotFitIsRefused) {
-  pc.files["initrd.rgz"] = ramDisk(5 * kMega + 1);
+  files["initrd.rgz"] = ramDisk(5 * kMega + 1);
   EXPECT_EQ(failure(), "initrd.rgz does not fit the memory of this PC.");
 }
 
 TEST_F(KernelLoading, AnEmptyRamDiskIsRefused) {
-  pc.files["initrd.rgz"] = {};
+  files["initrd.rgz"] = {};
   EXPECT_EQ(failure(), "initrd.rgz is empty.");
 }
 
 TEST_F(KernelLoading, WithoutRamDiskTheKernelIsToldNone) {
-  pc.files["c"] = bytesOf("KERNEL linux\n");
+  files["c"] = bytesOf("KERNEL linux\n");
   load();
   EXPECT_EQ(ramDiskAt(), 0u);
   EXPECT_EQ(ramDiskSize(), 0u);
-  EXPECT_EQ(pc.opened.size(), 2u);
+  EXPECT_EQ(pc.server.requested.size(), 2u);
 }
 
 TEST_F(KernelLoading, EachFileIsAskedForOnceInThisOrder) {
   load();
-  ASSERT_EQ(pc.opened.size(), 3u);
-  EXPECT_THAT(pc.opened[0].name.data(), StrEq("c"));
-  EXPECT_THAT(pc.opened[1].name.data(), StrEq("linux"));
-  EXPECT_THAT(pc.opened[2].name.data(), StrEq("initrd.rgz"));
+  EXPECT_THAT(pc.server.requested, ElementsAre("c", "linux", "initrd.rgz"));
 }
 
-TEST_F(KernelLoading, EachFileIsClosedBeforeTheNextIsOpened) {
+// The PC refuses to open one while another is open.
+TEST_F(KernelLoading, EachFileIsClosedInTheEnd) {
   load();
-  std::erase(pc.calls, RomFunction::kTftpRead);
-  EXPECT_THAT(pc.calls, ElementsAre(RomFunction::kTftpOpen, RomFunction::kTftpClose,
-                                    RomFunction::kTftpOpen, RomFunction::kTftpClose,
-                                    RomFunction::kTftpOpen, RomFunction::kTftpClose));
+  EXPECT_FALSE(pc.exchangesDatagrams);
 }
 
 TEST_F(KernelLoading, ShowsWhatIsLoaded) {
@@ -158,67 +155,67 @@ TEST_F(KernelLoading, ShowsWhatIsLoaded) {
 }
 
 TEST_F(KernelLoading, AKernelLargerThanMemoryIsRefusedBeforeItLeavesIt) {
-  pc.files["linux"] = makeKernel({.size32Bit = 0x80000});
+  files["linux"] = makeKernel({.size32Bit = 0x80000});
   EXPECT_EQ(failure(kMega + 0x20000), "linux does not fit the memory of this PC.");
   EXPECT_EQ(failure(kMega), "linux does not fit the memory of this PC.");
 }
 
 TEST_F(KernelLoading, AKernelThatNeedsMoreMemoryThanThereIsIsRefused) {
   EXPECT_EQ(failure(3 * kMega - 1), "linux does not fit the memory of this PC.");
-  pc.files["c"] = bytesOf("KERNEL linux\n");
+  files["c"] = bytesOf("KERNEL linux\n");
   EXPECT_EQ(failure(3 * kMega), "");
 }
 
 TEST_F(KernelLoading, WhatIsNoKernelIsRefusedBeforeTheRamDisk) {
-  pc.files["linux"] = std::vector<std::uint8_t>(5000, 0xFF);
+  files["linux"] = std::vector<std::uint8_t>(5000, 0xFF);
   EXPECT_EQ(failure(), "linux is not a Linux kernel.");
-  EXPECT_EQ(pc.opened.size(), 2u);
+  EXPECT_EQ(pc.server.requested.size(), 2u);
 }
 
 TEST_F(KernelLoading, EveryFaultOfAKernelHasItsSentence) {
-  pc.files["linux"] = makeKernel({.protocol = 0x202});
+  files["linux"] = makeKernel({.protocol = 0x202});
   EXPECT_EQ(failure(), "linux is too old a Linux kernel.");
-  pc.files["linux"] = makeKernel({.setupSectors = 255});
+  files["linux"] = makeKernel({.setupSectors = 255});
   EXPECT_EQ(failure(), "linux has a real-mode part that is too large.");
-  pc.files["linux"] = makeKernel({.initialSize = 0xFFFFFFFF});
+  files["linux"] = makeKernel({.initialSize = 0xFFFFFFFF});
   EXPECT_EQ(failure(), "linux does not fit the memory of this PC.");
-  pc.files["linux"] = kernel;
-  pc.files["linux"].resize(8000);
+  files["linux"] = kernel;
+  files["linux"].resize(8000);
   EXPECT_EQ(failure(), "linux is not complete.");
-  pc.files["linux"] = kernel;
-  pc.files["linux"][0x211] = 0;
+  files["linux"] = kernel;
+  files["linux"][0x211] = 0;
   EXPECT_EQ(failure(), "linux is a Linux kernel for low memory (zImage).");
 }
 
 TEST_F(KernelLoading, ACommandLineLongerThanTheKernelTakesIsRefused) {
-  pc.files["linux"] = makeKernel({.longestCommandLine = 32});
+  files["linux"] = makeKernel({.longestCommandLine = 32});
   load();
-  pc.files["linux"] = makeKernel({.longestCommandLine = 31});
+  files["linux"] = makeKernel({.longestCommandLine = 31});
   EXPECT_EQ(failure(), "linux does not take so long an APPEND line.");
 }
 
 TEST_F(KernelLoading, AConfigurationIsReadUpTo4095Bytes) {
-  pc.files["c"].resize(4095, '\n');
+  files["c"].resize(4095, '\n');
   EXPECT_EQ(failure(), "");
-  pc.files["c"].resize(4096, '\n');
+  files["c"].resize(4096, '\n');
   EXPECT_EQ(failure(), "c is larger than a configuration can be.");
-  pc.files["c"].resize(100000, '\n');
+  files["c"].resize(100000, '\n');
   EXPECT_EQ(failure(), "c is larger than a configuration can be.");
 }
 
 TEST_F(KernelLoading, EveryFaultOfAConfigurationHasItsSentence) {
-  pc.files["c"] = {};
+  files["c"] = {};
   EXPECT_EQ(failure(), "c has no KERNEL line.");
-  pc.files["c"] = bytesOf("KERNEL " + std::string(200, 'x'));
+  files["c"] = bytesOf("KERNEL " + std::string(200, 'x'));
   EXPECT_EQ(failure(), "c has a file name that is too long.");
-  pc.files["c"] = bytesOf("KERNEL x\nAPPEND " + std::string(3000, 'x'));
+  files["c"] = bytesOf("KERNEL x\nAPPEND " + std::string(3000, 'x'));
   EXPECT_EQ(failure(), "c has an APPEND line that is too long.");
 }
 
 TEST_F(KernelLoading, ALargeKernelIsLoadedInPieces) {
-  pc.files["linux"] = makeKernel({.setupSectors = 31, .size32Bit = 0x137200});
+  files["linux"] = makeKernel({.setupSectors = 31, .size32Bit = 0x137200});
   load();
-  const auto& file = pc.files["linux"];
+  const auto& file = files["linux"];
   EXPECT_EQ(pc.bytes(kKernelAt, 0x137200), std::vector(file.begin() + 0x4000, file.end()));
   EXPECT_THAT(pc.shown, HasSubstr("Loading linux .................... 1261 KB\n"));
 }

@@ -125,7 +125,7 @@ TEST_F(BootRom, OfTheOldStructureIsLeftByWhatItsVersionHas) {
 
 TEST_F(BootRom, IsLeftWhateverItCannotDo) {
   findRom();
-  pc.failures = {{RomFunction::kShutDownCard, kUnsupported}, {RomFunction::kUnloadStack, 1}};
+  pc.failures = {{RomFunction::kShutDownCard, 3}, {RomFunction::kUnloadStack, 1}};
   leaveRom();
   EXPECT_EQ(pc.calls.size(), 3u);
 }

@@ -1,163 +1,166 @@
 #include <gmock/gmock.h>
 
-#include <numeric>
+#include <set>
 
-#include "fake_pc.h"
-#include "payload/loader/common/boot_file.h"
-#include "payload/loader/common/low_memory.h"
+#include "payload/loader/common/configuration.h"
+#include "tftp_file_fixture.h"
 
 namespace omniset::loader::test {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::StrEq;
 
-constexpr std::uint32_t kOwn = 0x1458A8C0;      // 192.168.88.20
-constexpr std::uint32_t kServer = 0x0158A8C0;   // 192.168.88.1
-constexpr std::uint32_t kGateway = 0xFE58A8C0;  // 192.168.88.254
-
-std::vector<std::uint8_t> content(std::size_t size) {
-  std::vector<std::uint8_t> bytes(size);
-  std::iota(bytes.begin(), bytes.end(), std::uint8_t{1});
-  return bytes;
+TEST_F(TftpFile, IsAskedForOnceByItsNameAndWithoutOptions) {
+  fetchOnly(content(700));
+  const std::string_view expected("\0\1linux\0octet\0", 14);
+  EXPECT_EQ(sent(0).to, kTftpPort);
+  EXPECT_EQ(sent(0).bytes, Bytes(expected.begin(), expected.end()));
+  EXPECT_EQ(requestTicks().size(), 1u);
 }
 
-class TftpFile : public ::testing::Test {
- protected:
-  TftpFile() { networkAddresses = {kOwn, kServer, kGateway}; }
-
-  // The file's bytes as they come, one fill of the transfer memory after the other.
-  std::vector<std::uint8_t> fetch(const char* name) {
-    std::vector<std::uint8_t> all;
-    openFile(name);
-    while (const std::uint32_t count = readFile()) {
-      EXPECT_LE(count, kTransferRoom);
-      const auto bytes = pc.bytes(kTransferAt, count);
-      all.insert(all.end(), bytes.begin(), bytes.end());
-    }
-    closeFile();
-    return all;
-  }
-
-  std::size_t callsOf(RomFunction function) const {
-    return static_cast<std::size_t>(std::count(pc.calls.begin(), pc.calls.end(), function));
-  }
-
-  FakePc pc;
-};
-
-TEST_F(TftpFile, IsAskedForOnceAtTheServer) {
-  pc.files["linux"] = content(100);
-  fetch("linux");
-  ASSERT_EQ(pc.opened.size(), 1u);
-  EXPECT_THAT(pc.opened[0].name.data(), StrEq("linux"));
-  EXPECT_EQ(pc.opened[0].server, kServer);
-  EXPECT_EQ(pc.opened[0].gateway, kGateway);
-  EXPECT_EQ(pc.opened[0].port, 69 << 8);
-  EXPECT_EQ(pc.opened[0].packetSize, 512);
-}
-
-TEST_F(TftpFile, IsOpenedReadAndClosedAndNothingElse) {
-  pc.files["linux"] = content(700);
-  fetch("linux");
-  EXPECT_THAT(pc.calls, ElementsAre(RomFunction::kTftpOpen, RomFunction::kTftpRead,
-                                    RomFunction::kTftpRead, RomFunction::kTftpClose));
+TEST_F(TftpFile, OfTheLongestNameIsAskedForByAllOfIt) {
+  const std::string name(sizeof(FileName) - 1, 'n');
+  begin({content(5)});
+  EXPECT_EQ(fetch(name.c_str()), content(5));
+  EXPECT_THAT(pc.server.requested, ElementsAre(name));
 }
 
 TEST_F(TftpFile, ComesWholeWhateverItsSize) {
   for (const std::size_t size :
-       {0, 1, 511, 512, 513, 1024, 0xFFFF, 0x10000, 0x10001, 0x20000, 200001}) {
-    pc.files["x"] = content(size);
-    EXPECT_EQ(fetch("x"), content(size)) << size;
+       {0, 1, 511, 512, 513, 1024, 8191, 8192, 8193, 0xFFFF, 0x10000, 0x10001, 0x20000, 200001}) {
+    EXPECT_EQ(fetchOnly(content(size)), content(size)) << size;
   }
 }
 
-TEST_F(TftpFile, OfFullBlocksEndsWithAnEmptyOne) {
-  pc.files["x"] = content(1024);
-  fetch("x");
-  EXPECT_EQ(callsOf(RomFunction::kTftpRead), 3u);
+// Those around the last number come twice.
+TEST_F(TftpFile, ComesWholeBeyondTheLastBlockNumber) {
+  pc.server.wire = [](const Datagram& datagram) {
+    Arrivals arrivals{{0, datagram}};
+    const bool isNearTheLast = static_cast<std::uint16_t>(numberOf(datagram) + 2) < 4;
+    if (isNearTheLast && opcodeOf(datagram) == kData) arrivals.push_back({0, datagram});
+    return arrivals;
+  };
+  const Bytes expected = content(0x10000 * 512 + 513);
+  EXPECT_TRUE(fetchOnly(expected) == expected);
+  const auto numbers = acknowledged();
+  const std::vector last(numbers.end() - 10, numbers.end());
+  EXPECT_THAT(last, ElementsAre(0xFFFD, 0xFFFE, 0xFFFE, 0xFFFF, 0xFFFF, 0, 0, 1, 1, 2));
 }
 
-TEST_F(TftpFile, IsNotReadBehindItsShortBlock) {
-  pc.files["x"] = content(1000);
-  pc.endsWithFailure = true;
-  EXPECT_EQ(fetch("x"), content(1000));
-  EXPECT_EQ(callsOf(RomFunction::kTftpRead), 2u);
+TEST_F(TftpFile, IsTheOneWhoseTurnItIs) {
+  begin({content(100, 1), content(5000, 2), content(1024, 3)});
+  EXPECT_EQ(fetch("c"), content(100, 1));
+  EXPECT_EQ(fetch("linux"), content(5000, 2));
+  EXPECT_EQ(fetch("initrd.rgz"), content(1024, 3));
+  EXPECT_THAT(pc.server.requested, ElementsAre("c", "linux", "initrd.rgz"));
 }
 
-TEST_F(TftpFile, ComesInTheBlocksThatTheServerWants) {
-  for (const std::uint16_t size : {std::uint16_t{1}, std::uint16_t{100}, std::uint16_t{511}}) {
-    pc.files["x"] = content(150000);
-    pc.packetSize = size;
-    pc.calls.clear();
-    EXPECT_EQ(fetch("x"), content(150000)) << size;
-    EXPECT_EQ(callsOf(RomFunction::kTftpRead), 150000u / size + 1);
+TEST_F(TftpFile, EveryBlockIsAcknowledgedOnceToTheTransfersPort) {
+  std::uint16_t serverPort = 0;
+  pc.server.wire = [&](const Datagram& datagram) {
+    if (!isFromPc(datagram)) serverPort = datagram.from;
+    return Arrivals{{0, datagram}};
+  };
+  fetchOnly(content(1024));
+  EXPECT_THAT(acknowledged(), ElementsAre(1, 2, 3));
+  for (std::size_t i = 1; i < 4; ++i) {
+    EXPECT_EQ(sent(i).bytes.size(), 4u);
+    EXPECT_EQ(sent(i).to, serverPort);
+    EXPECT_EQ(sent(i).from, sent(0).from);
   }
 }
 
-TEST_F(TftpFile, ABlockSizeThatNobodyAskedForCountsAsTheUsualOne) {
-  for (const std::uint16_t size : {std::uint16_t{0}, std::uint16_t{513}, std::uint16_t{1468},
-                                   std::uint16_t{1469}, std::uint16_t{0xFFFF}}) {
-    pc.files["x"] = content(1300);
-    pc.packetSize = size;
-    EXPECT_EQ(fetch("x"), content(1300)) << size;
+TEST_F(TftpFile, EachHasAPortThatNoneHadForLong) {
+  constexpr std::size_t kPorts = 0x4000;
+  loseAllFromPc();
+  std::set<std::uint16_t> ports;
+  for (std::size_t i = 0; i < kPorts; ++i) {
+    openFile("x");
+    closeFile();
+    ports.insert(sent(i).from);
   }
-}
-
-TEST_F(TftpFile, ThatTheServerDoesNotHaveIsNamedAndNotAskedForAgain) {
-  EXPECT_EQ(failureOf([] { openFile("linux"); }), "The server does not have linux (code 59).");
-  EXPECT_EQ(pc.opened.size(), 1u);
-}
-
-TEST_F(TftpFile, ThatBreaksOffIsNamedWithTheRomsStatus) {
-  pc.files["linux"] = content(1000);
-  openFile("linux");
-  pc.failures[RomFunction::kTftpRead] = 0x35;
-  EXPECT_EQ(failureOf([] { readFile(); }), "linux was not received from the server (code 53).");
-}
-
-TEST_F(TftpFile, ARomThatFailsWithoutAStatusFailsAllTheSame) {
-  pc.failures[RomFunction::kTftpOpen] = 0;
-  EXPECT_EQ(failureOf([] { openFile("linux"); }),
-            "linux was not received from the server (code 0).");
-}
-
-TEST_F(TftpFile, ARomThatTellsAFailureOnlyByItsStatusFailsAllTheSame) {
-  pc.returnsNothing = true;
-  pc.files["linux"] = content(1000);
-  openFile("linux");
-  pc.failures[RomFunction::kTftpRead] = 0x35;
-  EXPECT_EQ(failureOf([] { readFile(); }), "linux was not received from the server (code 53).");
-  EXPECT_EQ(failureOf([] { openFile("missing"); }), "The server does not have missing (code 59).");
-}
-
-TEST_F(TftpFile, ThatTheRomHasClosedAlreadyIsCompleteAllTheSame) {
-  pc.files["linux"] = content(1000);
-  pc.failures[RomFunction::kTftpClose] = 0x18;
-  EXPECT_EQ(fetch("linux"), content(1000));
+  EXPECT_EQ(ports.size(), kPorts);
+  EXPECT_EQ(*ports.begin(), 0xC000);
 }
 
 TEST_F(TftpFile, FillsTheTransferMemoryWhereItCan) {
-  pc.files["x"] = content(kTransferRoom + 100);
+  begin({content(kTransferRoom + 100)});
   openFile("x");
   EXPECT_EQ(readFile(), kTransferRoom);
   EXPECT_EQ(readFile(), 100u);
   EXPECT_EQ(readFile(), 0u);
 }
 
-TEST_F(TftpFile, ARomWithoutTftpIsTold) {
-  for (const std::uint16_t status : {kBadFunction, kUnsupported}) {
-    pc.failures[RomFunction::kTftpOpen] = status;
-    EXPECT_THAT(failureOf([] { openFile("linux"); }),
-                ::testing::StartsWith("This boot ROM cannot load files by TFTP"));
+TEST_F(TftpFile, NothingAroundTheTransferMemoryIsWritten) {
+  const Bytes old(0x8000, 0xCC);
+  for (const std::uint32_t size : {2 * kTransferRoom - 1, 2 * kTransferRoom}) {
+    pc.put(kTransferAt - 0x8000, old);
+    pc.put(kTransferAt + kTransferRoom, old);
+    fetchOnly(content(size));
+    EXPECT_EQ(pc.bytes(kTransferAt - 0x8000, old.size()), old);
+    EXPECT_EQ(pc.bytes(kTransferAt + kTransferRoom, old.size()), old);
   }
 }
 
-TEST_F(TftpFile, ABlockLargerThanAgreedIsRefused) {
-  pc.files["linux"] = content(1000);
-  openFile("linux");
-  pc.blockGrowth = 1;
-  EXPECT_EQ(failureOf([] { readFile(); }), "linux came with a block that is too large (code 513).");
+TEST_F(TftpFile, ThreeRequestsInVainAreMadeUpFor) {
+  pc.server.wire = [&](const Datagram& datagram) {
+    return requestTicks().size() < 4 ? Arrivals{} : Arrivals{{0, datagram}};
+  };
+  EXPECT_EQ(fetchOnly(content(700)), content(700));
+  EXPECT_THAT(pc.server.requested, ElementsAre("linux"));
+}
+
+TEST_F(TftpFile, ThreeAcknowledgementsInVainAreMadeUpFor) {
+  pc.server.wire = [&](const Datagram& datagram) {
+    const bool isBlock2 = !isFromPc(datagram) && numberOf(datagram) == 2;
+    return isBlock2 && acknowledged().size() < 4 ? Arrivals{} : Arrivals{{0, datagram}};
+  };
+  EXPECT_EQ(fetchOnly(content(1500)), content(1500));
+  EXPECT_THAT(acknowledged(), ElementsAre(1, 1, 1, 1, 2, 3));
+}
+
+TEST_F(TftpFile, ThatIsNotAnsweredIsAskedForAgainAfterFourAndAHalfSeconds) {
+  loseAllFromPc();
+  begin({content(700)});
+  EXPECT_EQ(failure(), "linux was not received: the server does not answer.");
+  const auto ticks = requestTicks();
+  ASSERT_EQ(ticks.size(), 4u);
+  for (std::size_t i = 1; i < ticks.size(); ++i) EXPECT_EQ(ticks[i] - ticks[i - 1], kPatience);
+  EXPECT_EQ(pc.server.ticks() - ticks.back(), kPatience);
+  EXPECT_EQ(pc.server.sentByPc.size(), 4u);
+}
+
+TEST_F(TftpFile, ThatBreaksOffIsAcknowledgedAgainAndGivenUp) {
+  pc.server.wire = [](const Datagram& datagram) {
+    return numberOf(datagram) == 2 && !isFromPc(datagram) ? Arrivals{} : Arrivals{{0, datagram}};
+  };
+  begin({content(2000)});
+  EXPECT_EQ(failure(), "linux was not received: the server fell silent.");
+  EXPECT_THAT(acknowledged(), ElementsAre(1, 1, 1, 1));
+  EXPECT_EQ(requestTicks().size(), 1u);
+}
+
+TEST_F(TftpFile, ThatTheServerDoesNotHaveIsNamed) {
+  answerWith(packet(kError, 1, 5));
+  begin({content(100)});
+  EXPECT_EQ(failure(), "linux was not received: the server does not have it.");
+  EXPECT_EQ(pc.server.sentByPc.size(), 1u);
+}
+
+TEST_F(TftpFile, ThatTheServerRefusesIsNamedWithTheReason) {
+  for (const int code : {0, 2, 8, 0x0100, 0xFFFF}) {
+    answerWith(packet(kError, static_cast<std::uint16_t>(code)));
+    begin({content(100)});
+    EXPECT_EQ(failure(),
+              "linux was not received: the server refuses it (code " + std::to_string(code) + ").");
+  }
+}
+
+TEST_F(TftpFile, ThatTheServerBreaksOffIsNamedWithTheReason) {
+  answerWith(packet(kError, 3, 9), 3);
+  begin({content(5000)});
+  EXPECT_EQ(failure(), "linux was not received: the server refuses it (code 3).");
+  EXPECT_THAT(acknowledged(), ElementsAre(1, 2));
 }
 
 }  // namespace

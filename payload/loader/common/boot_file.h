@@ -8,7 +8,7 @@
 namespace omniset::loader {
 
 // All of them fail the loader when they cannot do their work.
-// The name has room in a FileName.
+// The name has room in a FileName, and stays where it is until the file is closed.
 void openFile(const char* name);
 // Puts the next bytes to kTransferAt, at most kTransferRoom. Returns their number: 0 at the end.
 std::uint32_t readFile();

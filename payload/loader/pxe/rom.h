@@ -5,8 +5,6 @@
 #include <array>
 #include <cstdint>
 
-#include "payload/loader/common/configuration.h"
-
 namespace omniset::loader {
 
 // Segment in the high half, offset in the low half.
@@ -19,9 +17,10 @@ enum class RomFunction : std::uint16_t {
   kCleanUpCard = 0x02,  // before version 2.1 in place of kStopCard
   kShutDownCard = 0x05,
   kStopCard = 0x15,
-  kTftpOpen = 0x20,
-  kTftpClose = 0x21,
-  kTftpRead = 0x22,
+  kUdpOpen = 0x30,
+  kUdpClose = 0x31,
+  kUdpRead = 0x32,
+  kUdpWrite = 0x33,
   kUnloadStack = 0x70,
   kGetCachedInfo = 0x71,
 };
@@ -31,10 +30,6 @@ struct RomParameters {
   std::uint16_t status = 0;
   std::array<std::uint8_t, 14> unused{};
 };
-
-inline constexpr std::uint16_t kBadFunction = 0x02;
-inline constexpr std::uint16_t kUnsupported = 0x03;
-inline constexpr std::uint16_t kFileNotFound = 0x3B;
 
 enum class PacketType : std::uint16_t { kAcknowledgement = 2, kReply = 3 };
 
@@ -47,26 +42,37 @@ struct CachedInfoParameters {
   std::uint16_t limit = 0;
 };
 
-struct [[gnu::packed]] TftpOpenParameters {
+struct [[gnu::packed]] UdpOpenParameters {
+  std::uint16_t status = 0;
+  std::uint32_t own = 0;
+};
+
+struct [[gnu::packed]] UdpReadParameters {
+  std::uint16_t status = 0;
+  std::uint32_t server = 0;
+  std::uint32_t own = 0;
+  std::uint16_t serverPort = 0;
+  std::uint16_t ownPort = 0;
+  std::uint16_t length = 0;
+  std::uint16_t offset = 0;
+  std::uint16_t segment = 0;
+};
+
+struct [[gnu::packed]] UdpWriteParameters {
   std::uint16_t status = 0;
   std::uint32_t server = 0;
   std::uint32_t gateway = 0;
-  FileName name{};
-  std::uint16_t port = 0;
-  std::uint16_t packetSize = 0;
-};
-
-struct TftpReadParameters {
-  std::uint16_t status = 0;
-  std::uint16_t packetNumber = 0;
-  std::uint16_t size = 0;
+  std::uint16_t ownPort = 0;
+  std::uint16_t serverPort = 0;
+  std::uint16_t length = 0;
   std::uint16_t offset = 0;
   std::uint16_t segment = 0;
 };
 
 static_assert(sizeof(CachedInfoParameters) == 12);
-static_assert(sizeof(TftpOpenParameters) == 142);
-static_assert(sizeof(TftpReadParameters) == 10);
+static_assert(sizeof(UdpOpenParameters) == 6);
+static_assert(sizeof(UdpReadParameters) == 20);
+static_assert(sizeof(UdpWriteParameters) == 20);
 
 extern "C" {
 // Where the ROM's structures are said to be, and its entry once it was found.

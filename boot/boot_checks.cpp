@@ -35,13 +35,21 @@ std::string subnetList(const std::vector<LocalAddress>& addresses) {
   return list;
 }
 
+std::vector<LocalAddress> usableAddresses(std::vector<LocalAddress> rows) {
+  std::erase_if(rows, [](const LocalAddress& local) { return !isUsable(local); });
+  return rows;
+}
+
 }  // namespace
+
+bool hasNetworkAddress(LocalAddresses& addresses) {
+  return !usableAddresses(addresses.list()).empty();
+}
 
 std::optional<std::string> clientAddressProblem(std::uint32_t clientAddress,
                                                 LocalAddresses& addresses) {
   const std::vector<LocalAddress> rows = addresses.list();
-  std::vector<LocalAddress> usable = rows;
-  std::erase_if(usable, [](const LocalAddress& local) { return !isUsable(local); });
+  const std::vector<LocalAddress> usable = usableAddresses(rows);
   if (usable.empty()) {
     return "This computer has no network address: give its network adapter one, and plug in the "
            "cable.";
@@ -89,7 +97,8 @@ std::string bootFailureText(std::string_view exceptionText) {
     return "Network booting needs the UDP ports " + std::to_string(kBootpServerPort) + " and " +
            std::to_string(kTftpPort) +
            ", which cannot be had: another DHCP, BOOTP or TFTP server probably runs on this "
-           "computer, or the ports are reserved for its administrator. End that server, or start "
+           "computer, or this program already, or the ports are reserved for its administrator. "
+           "End that server, or start "
            "this program as administrator, and try again." +
            reason;
   }

@@ -13,6 +13,9 @@
 
 namespace omniset {
 
+// This computer has an address by which others could reach it. Raises Error "GetIpAddrTable".
+bool hasNetworkAddress(LocalAddresses& addresses);
+
 // Why a PC with this address (network byte order) would not reach this computer; nothing when it
 // should. Raises Error "GetIpAddrTable".
 std::optional<std::string> clientAddressProblem(std::uint32_t clientAddress,

@@ -180,11 +180,15 @@ bool serveImage(UdpSocket& listening, BootImage image, std::uint32_t clientAddre
                 const TftpServices& services) {
   using State = TftpTransfer::State;
   TftpTransfer transfer(listening, image, clientAddress, services);
+  Micros nextGlance = 0;
   while (transfer.state() != State::kSent && transfer.state() != State::kTimedOut) {
     switch (receive(transfer, services)) {
       case Heard::kDatagram:
-        // Datagrams that are no request may come faster than the glances.
-        if (mayBeSuperseded(transfer, services) && services.superseded()) return false;
+        // Datagrams that are no request may come faster than the glances, each of which takes time.
+        if (mayBeSuperseded(transfer, services) && services.clock->now() >= nextGlance) {
+          if (services.superseded()) return false;
+          nextGlance = services.clock->now() + kGlance;
+        }
         break;
       case Heard::kSilence:
         transfer.silence();

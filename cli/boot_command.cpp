@@ -37,6 +37,7 @@ int runBoot(const BootOptions& options, const Console& console, const BootImageS
     showEvents(worker, options.json, console.out);
   }
   if (hasEnded) throw Failure(worker.reason());
+  showEvents(worker, options.json, console.out);
   return kExitDone;
 }
 

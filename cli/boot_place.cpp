@@ -78,7 +78,11 @@ void checkAdapter(const std::vector<NetworkInterface>& adapters, const AdapterCh
 }
 
 void checkComputer(std::uint32_t clientAddress, LocalAddresses& all) {
-  if (const auto problem = clientAddressProblem(clientAddress, all)) throw BadInput(*problem);
+  const auto problem = clientAddressProblem(clientAddress, all);
+  if (!problem) return;
+  // A cable that is not plugged in is no mistake of the arguments.
+  if (!hasNetworkAddress(all)) throw Failure(*problem);
+  throw BadInput(*problem);
 }
 
 }  // namespace

@@ -45,10 +45,22 @@ void BootWorker::Job::run() {
   }
 }
 
-BootWorker::BootWorker(const BootWork& work) {
+BootWorker::BootWorker(const BootWork& work)
+    : shownName_(work.choice.shownName),
+      addresses_(work.choice.adapter.name),
+      adapterWatch_(work.choice.adapter.name, addresses_) {
   checkBootPorts([&] { return makeUdpSocket(work.choice.adapter.name); }, work.choice.shownName);
   thread_ = std::make_unique<Thread<Job, int>>("PXE Booter", kStopTimeoutMs, kUnused, work);
   thread_->start();
+}
+
+bool BootWorker::hasEnded() {
+  isDeaf_ = isDeaf_ || adapterWatch_.isReplaced();
+  return isDeaf_ || thread_->exitCode() != ThreadBase::kStillActive;
+}
+
+std::string BootWorker::reason() const {
+  return isDeaf_ ? replacedAdapterText(shownName_) : thread_->job().reason();
 }
 
 BootWorker::~BootWorker() {

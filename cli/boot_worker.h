@@ -11,6 +11,7 @@
 #include "boot/local_address.h"
 #include "boot/pixie.h"
 #include "cli/adapter_choice.h"
+#include "cli/adapter_watch.h"
 #include "cli/boot_events.h"
 #include "cli/boot_image_source.h"
 #include "core/clock.h"
@@ -40,10 +41,10 @@ class BootWorker {
   // The oldest event that was not taken yet.
   std::optional<BootEvent> takeEvent() { return thread_->job().takeEvent(); }
 
-  // The thread ended by itself: nothing will happen any more.
-  bool hasEnded() const { return thread_->exitCode() != ThreadBase::kStillActive; }
+  // Nothing will happen any more: the thread ended by itself, or cannot hear anything.
+  bool hasEnded();
   // Why, in a sentence, once it has ended.
-  const std::string& reason() const { return thread_->job().reason(); }
+  std::string reason() const;
 
  private:
   // What the service refers to. It belongs to the job, because a thread that does not stop in time
@@ -74,6 +75,10 @@ class BootWorker {
     std::string reason_ = "unknown";
   };
 
+  const std::string shownName_;
+  SystemLocalAddresses addresses_;
+  AdapterWatch adapterWatch_;
+  bool isDeaf_ = false;
   SocketLibrary socketLibrary_;
   std::unique_ptr<Thread<Job, int>> thread_;
 };

@@ -36,7 +36,8 @@ constexpr const char* kInstallExample =
     "\n"
     "--json writes an object per event and line: \"router\" when a router is found,\n"
     "\"status\" on each change, \"result\" last for each router; with --boot also \"boot\"\n"
-    "for each step of a PC that boots.\n"
+    "for each step of a PC that boots, as \"boot --help\" tells, and \"refused\" with a\n"
+    "text for one that is not to boot.\n"
     "Exit status: 0 every router was installed, 1 at least one was not, 2 bad\n"
     "arguments or packages, 3 no router announced itself in time.";
 

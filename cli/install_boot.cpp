@@ -16,6 +16,7 @@ InstallBoot::InstallBoot(const InstallOptions& options, const AdapterChoice& cho
 void InstallBoot::show(ProgressDisplay& display, std::ostream& out) {
   const bool hasEnded = worker_.hasEnded();
   while (const auto event = worker_.takeEvent()) {
+    hasAnswered_ |= event->kind == BootEvent::Kind::kAnswered;
     display.note(bootEventLine(*event));
     if (json_) out << bootJson(*event) << std::flush;
   }

@@ -24,6 +24,9 @@ class InstallBoot {
   // failed; with --json the events go to `out` as well.
   void show(ProgressDisplay& display, std::ostream& out);
 
+  // A PC has asked to boot, and was given an address.
+  bool hasAnswered() const { return hasAnswered_; }
+
   // The service ended by itself, and that was shown.
   bool hasFailed() const { return hasFailed_; }
 
@@ -31,6 +34,7 @@ class InstallBoot {
   const bool json_;
   std::shared_ptr<BootChoice> choice_;  // shared with the service
   BootWorker worker_;
+  bool hasAnswered_ = false;
   bool hasFailed_ = false;
 };
 

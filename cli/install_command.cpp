@@ -107,16 +107,20 @@ void drive(InstallRun& run, InstallerWorker& worker, ProgressDisplay& display,
   }
 }
 
+const char* whatToCheck(const InstallOptions& options, bool hasBooted) {
+  if (hasBooted) return "Check what the screens of the PCs say that have asked to boot";
+  return options.bootAddress != 0
+             ? "Check that the PCs are set to boot from the network and are on the same network"
+             : "Check that it has booted the installer and is on the same network";
+}
+
 }  // namespace
 
 std::string summary(const InstallOptions& options, const InstallOutcome& outcome,
-                    const std::string& adapterName) {
+                    const std::string& adapterName, bool hasBooted) {
   if (outcome.started == 0 && !outcome.abandoned) {
-    const std::string check = options.bootAddress != 0
-                                  ? "Check that the PCs are set to boot from the network and are"
-                                  : "Check that it has booted the installer and is";
     return "No router announced itself within " + waitText(options) + " on " + adapterName + ". " +
-           check + " on the same network, or wait longer with --wait.";
+           whatToCheck(options, hasBooted) + ", or wait longer with --wait.";
   }
   std::string text = routerCount(outcome.succeeded) + " installed";
   if (outcome.failed > 0) text += ", " + std::to_string(outcome.failed) + " failed";
@@ -156,7 +160,8 @@ int runInstall(const InstallOptions& options, bool trace, const Console& console
   drive(run, worker, *display, [&] {
     if (boot) boot->show(*display, console.out);
   });
-  console.err << summary(options, run.outcome(), choice.shownName) << std::endl;
+  console.err << summary(options, run.outcome(), choice.shownName, boot && boot->hasAnswered())
+              << std::endl;
   return exitCodeWithBoot(run.exitCode(), options.choice, boot && boot->hasFailed());
 }
 

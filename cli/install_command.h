@@ -15,8 +15,8 @@ namespace omniset {
 int runInstall(const InstallOptions& options, bool trace, const Console& console,
                const BootImageSource& images);
 
-// What the run came to, in a sentence.
+// What the run came to, in a sentence. `hasBooted`: a PC was given an address to boot with.
 std::string summary(const InstallOptions& options, const InstallOutcome& outcome,
-                    const std::string& adapterName);
+                    const std::string& adapterName, bool hasBooted = false);
 
 }  // namespace omniset

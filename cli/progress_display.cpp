@@ -12,6 +12,10 @@ constexpr Micros kDrawInterval = kSecond / 5;
 constexpr const char* kClearToLineEnd = "\x1b[K";
 constexpr const char* kClearBelow = "\x1b[J";
 
+std::string announcementLine(const MacAddress& mac, const std::string& label) {
+  return mac.text() + "  announced itself: " + shownText(label);
+}
+
 std::string cursorUp(std::size_t lines) {
   return lines == 0 ? "" : "\x1b[" + std::to_string(lines) + "A";
 }
@@ -23,7 +27,7 @@ void PlainProgress::tell(const MacAddress& mac, const std::string& text) {
 }
 
 void PlainProgress::routerSeen(const MacAddress& mac, const std::string& label) {
-  tell(mac, "announced itself: " + shownText(label));
+  note(announcementLine(mac, label));
 }
 
 void PlainProgress::statusChanged(const RouterState& state) {
@@ -66,8 +70,9 @@ void PlainProgress::note(const std::string& line) {
   err_ << line + "\n" << std::flush;
 }
 
-void LiveProgress::routerSeen(const MacAddress& mac, const std::string& /*label*/) {
+void LiveProgress::routerSeen(const MacAddress& mac, const std::string& label) {
   rows_[mac].state.mac = mac;
+  note(announcementLine(mac, label));
 }
 
 void LiveProgress::statusChanged(const RouterState& state) {

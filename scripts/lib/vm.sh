@@ -77,7 +77,8 @@ vm_start() {
   [ -z "$kernel" ] || words+=(-kernel "$VM_IMAGES/120" -initrd "$VM_IMAGES/121" -append "$append")
   vm_add_disks ${disks[@]+"${disks[@]}"} || return
   vm_add_cards "$name" "${cards[@]}" || return
-  vm_switch_on "$name" -m "$memory" "${words[@]}" && vm_unplug "$name" "${cards[@]}"
+  vm_switch_on "$name" -m "$memory" "${words[@]}" && vm_unplug "$name" "${cards[@]}" || return
+  [ -z "$roms" ] || vm_may_start_over "$name"
 }
 
 vm_have_no_router() {
@@ -226,6 +227,22 @@ vm_reset() {
   vm_ask "$1" set-action '{"reboot":"reset"}' && vm_ask "$1" system_reset &&
     vm_await "$1" "$VM_FIRST_WORDS" "$VM_PATIENCE" $((starts + 1)) &&
     vm_ask "$1" set-action '{"reboot":"shutdown"}'
+}
+
+# Until the installer system is there, a PC that boots over the network may start over, as one does
+# that its network failed: on a busy machine an answer may come too late for it.
+vm_may_start_over() { # name
+  local pid=${vm_pids[$1]} folder=$WORK/$1
+  vm_ask "$1" set-action '{"reboot":"reset"}' || return
+  {
+    until grep -aFq "$VM_FIRST_WORDS" "$folder/console"; do
+      kill -0 "$pid" 2>/dev/null || exit
+      sleep 0.1
+    done
+    printf '%s\n' '{"execute":"set-action","arguments":{"reboot":"shutdown"},"id":"loaded"}' \
+      1<>"$folder/pipes/monitor.in"
+  } >/dev/null 2>&1 </dev/null &
+  vm_readers[$1]=" $!${vm_readers[$1]}"
 }
 
 vm_press() {

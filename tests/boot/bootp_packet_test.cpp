@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <map>
+
 #include "core/ipv4_address.h"
 #include "tests/boot/boot_requests.h"
 #include "tests/fakes/captured_trace.h"
@@ -38,14 +40,20 @@ TEST(BootpPacket, FieldsAreReadInNetworkOrder) {
 
 TEST(IsAddressRequest, TakesOnlyAnEthernetClientOfThisSegmentWithoutAnAddress) {
   EXPECT_TRUE(isAddressRequest(received(pxeRequest())));
-  struct Change {
-    std::size_t at;
-    std::uint8_t value;
+  const std::map<std::size_t, Bytes> others{
+      {0, {0, 2}},             // op
+      {1, {0, 2, 6}},          // htype
+      {2, {0, 5, 7, 15, 16}},  // hlen
+      {3, {1}},                // hops
+      {12, {10}},              // ciaddr
+      {15, {1}},
   };
-  for (const Change change : {Change{0, 2}, {0, 0}, {1, 6}, {2, 16}, {3, 1}, {12, 10}, {15, 1}}) {
-    Bytes request = pxeRequest();
-    request[change.at] = change.value;
-    EXPECT_FALSE(isAddressRequest(received(request))) << change.at;
+  for (const auto& [at, values] : others) {
+    for (const std::uint8_t value : values) {
+      Bytes request = pxeRequest();
+      request[at] = value;
+      EXPECT_FALSE(isAddressRequest(received(request))) << at << " " << static_cast<int>(value);
+    }
   }
 }
 
@@ -211,6 +219,38 @@ TEST(Dump, WritesEveryFieldWithItsLabelInThePacketsOrder) {
                        "vend: 3c0d"))
       << text;
   EXPECT_EQ(text.substr(text.find("vend: ")).size(), 6u + 2 * 256 + 1);
+}
+
+TEST(Dump, EachNumberIsWrittenFromItsOwnPlaceWithItsLeadingZeros) {
+  Bytes packet{3, 4, 5, 7};  // op, htype, hlen, hops
+  const auto put = [&](const Bytes& bytes) {
+    packet.insert(packet.end(), bytes.begin(), bytes.end());
+  };
+  put({0, 1, 0x2A, 9});                // xid
+  put({0, 8, 0, 0x6C});                // secs, flags
+  put({10, 1, 2, 3, 11, 4, 5, 6});     // ciaddr, yiaddr
+  put({12, 7, 8, 9, 13, 10, 11, 12});  // siaddr, giaddr
+  for (int i = 0; i < 16; ++i) packet.push_back(static_cast<std::uint8_t>(i));
+  packet.resize(236);
+  put({0, 0x0D, 0, 0x0E, 0x0F});
+  const CapturedTrace captured;
+  dump(received(packet));
+  EXPECT_THAT(captured.text(), testing::StartsWith("opcode: 3\n"
+                                                   "htype: 4\n"
+                                                   "hlen: 5\n"
+                                                   "hops: 7\n"
+                                                   "xid: 00012a09\n"
+                                                   "secs: 8\n"
+                                                   "unused: 006c\n"
+                                                   "ciaddr: 10.1.2.3\n"
+                                                   "yiaddr: 11.4.5.6\n"
+                                                   "siaddr: 12.7.8.9\n"
+                                                   "giaddr: 13.10.11.12\n"
+                                                   "chaddr: 000102030405060708090a0b0c0d0e0f\n"
+                                                   "sname: ()\n"
+                                                   "file: ()\n"
+                                                   "cookie: 000d000e\n"
+                                                   "vend: 0f00"));
 }
 
 TEST(Dump, NamesFromTheNetworkCannotSteerATerminal) {

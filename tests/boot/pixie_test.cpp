@@ -103,6 +103,39 @@ TEST_F(PixieTest, WithoutAWatcherItServesTheSame) {
   EXPECT_TRUE(client.isDone());
 }
 
+TEST_F(PixieTest, APxeClientIsOfferedTheBootFile) {
+  world_.start();
+  send(pxeRequest(), 67, 0);
+  world_.run(kSecond);
+  ASSERT_EQ(repliesSent(), 1u);
+  const std::string_view file = asText(std::span(world_.network.sent()[0].bytes).subspan(108, 128));
+  EXPECT_EQ(file.substr(0, file.find('\0')), "/image");
+}
+
+TEST_F(PixieTest, ABootRequestIsAnsweredAtOnce) {
+  world_.start();
+  send(pxeRequest(), 67, 0);
+  const Micros before = world_.network.events().now();
+  world_.run(kSecond);
+  ASSERT_EQ(repliesSent(), 1u);
+  EXPECT_LE(world_.network.sent()[0].time - before, 2 * kMillisecond);
+}
+
+// Now and then the service looks whether somebody asks to boot.
+TEST_F(PixieTest, AReadRequestIsAnsweredAtOnceWheneverItComes) {
+  for (Micros delay = 2 * kMillisecond; delay < 120 * kMillisecond; delay += kMillisecond) {
+    BootWorld world;
+    world.start();
+    const Micros before = world.network.events().now();
+    world.network.sendToService(pxeRequest(), 68, 67);
+    world.network.events().after(
+        delay, [&] { world.network.sendToService(readRequest("/image"), 2000, 69); });
+    world.run(kSecond);
+    ASSERT_GE(world.network.sent().size(), 2u);
+    EXPECT_LE(world.network.sent()[1].time - before, delay + 2 * kMillisecond) << delay;
+  }
+}
+
 TEST_F(PixieTest, TheFirstAnswerToAReadRequestLeavesAtOnce) {
   world_.start();
   BootClient client(world_.network, BootWorld::pxePlan());
@@ -213,6 +246,23 @@ TEST_F(PixieTest, ManyClientsAtOnceAllBootInTheEnd) {
   }
   world_.run(600 * kSecond);
   for (const BootClient& client : clients) EXPECT_EQ(client.files(), world_.pxeImages());
+}
+
+TEST_F(PixieTest, AClientThatHasFetchedGoesBehindOthersNextTime) {
+  for (const int number : {kNetworkBootProgramImage, kKernelImage, kRamDiskImage}) {
+    world_.setImage(number, 100);
+  }
+  world_.start();
+  send(pxeRequest(), 67, 0);
+  send(readRequest("/image"), 69, 100 * kMillisecond);
+  send(pxeRequest(kOtherMac), 67, 200 * kMillisecond);
+  send(pxeRequest(), 67, 210 * kMillisecond);
+  for (int i = 3; i <= 5; ++i) send(readRequest("more"), 69, i * 100 * kMillisecond);
+  world_.run(2 * kSecond);
+  const auto& told = world_.watcher.events;
+  const auto done = std::find(told.begin(), told.end(), "all sent");
+  ASSERT_GE(told.end() - done, 2);
+  EXPECT_EQ(done[1], "answered 02:00:00:00:00:0B");
 }
 
 // Its firmware may refuse a reply without leases, or a firewall keep it from the images.
@@ -361,6 +411,16 @@ TEST_F(PixieTest, AFloodOfRequestsDoesNotKeepAClientFromItsAnswer) {
   EXPECT_EQ(client.files(), world_.pxeImages());
 }
 
+TEST_F(PixieTest, AFloodOfRequestsHoldsAnAnswerUpForMomentsOnly) {
+  world_.start();
+  send(pxeRequest(), 67, 0);
+  for (int i = 0; i < 5'000; ++i) send(requestWith({option(53, "\x01")}), 67, i * 200);
+  const Micros before = world_.network.events().now();
+  world_.run(kSecond);
+  ASSERT_EQ(repliesSent(), 1u);
+  EXPECT_LE(world_.network.sent()[0].time - before, 50 * kMillisecond);
+}
+
 TEST_F(PixieTest, AReplyThatCannotBeSentIsTracedAndTheServiceGoesOn) {
   world_.start();
   world_.network.refuseSending(true);
@@ -379,7 +439,11 @@ TEST_F(PixieTest, DisabledItSendsNothingUntilAConfigurationEnablesIt) {
   world_.start({false, 0});
   send(pxeRequest(), 67, 0);
   BootpResponder responder("/image", world_.network.makeSocket(), world_.addresses);
+  const Micros before = SystemClock().now();
   EXPECT_TRUE(world_.service->step(responder));  // a second of doing nothing
+  const Micros idle = SystemClock().now() - before;
+  EXPECT_GE(idle, kSecond / 2);
+  EXPECT_LE(idle, 5 * kSecond / 2);
   EXPECT_THAT(world_.network.sent(), IsEmpty());
   world_.service->configure({true, BootWorld::kClientAddress});
   send(pxeRequest(), 67, kSecond / 2);
@@ -392,6 +456,11 @@ TEST_F(PixieTest, DisabledItSendsNothingUntilAConfigurationEnablesIt) {
 TEST_F(PixieTest, WhoAskedWhileItWasDisabledIsNotAnsweredLater) {
   world_.start({true, BootWorld::kClientAddress});
   BootpResponder responder("/image", world_.network.makeSocket(), world_.addresses);
+  // One that is heard while it is still enabled, behind one that is not to be answered.
+  world_.watcher.refused.insert(kOtherMac);
+  send(pxeRequest(kOtherMac), 67, 0);
+  send(pxeRequest({{2, 0, 0, 0, 4, 99}}), 67, kMillisecond / 2);
+  EXPECT_TRUE(world_.service->step(responder));
   world_.service->configure({false, BootWorld::kClientAddress});
   EXPECT_TRUE(world_.service->step(responder));
   for (std::uint8_t i = 0; i < 30; ++i) send(pxeRequest({{2, 0, 0, 0, 4, i}}), 67, 0);
@@ -433,6 +502,13 @@ TEST_F(PixieTest, AStopRequestEndsItBeforeTheNextRound) {
   world_.service->stopEvent().set();
   world_.service->run();
   EXPECT_THAT(world_.network.sent(), IsEmpty());
+}
+
+TEST_F(PixieTest, AStopRequestIsNoticedWithinASecondWhileNobodyAsks) {
+  world_.start();
+  const Micros before = world_.network.events().now();
+  world_.run(100 * kMillisecond);
+  EXPECT_LE(world_.network.events().now() - before, 100 * kMillisecond + kSecond);
 }
 
 TEST_F(PixieTest, AStopRequestEndsTheWaitForAClientThatHasFetchedNothing) {
@@ -487,6 +563,21 @@ TEST_F(PixieTest, FailuresOfTheSocketHaveTheirTexts) {
   network->failing = "receiveFrom";
   network->deliver({});
   EXPECT_THAT(raisedText<Error>([&] { service.run(); }), StartsWith("recv failed"));
+}
+
+TEST_F(PixieTest, ATftpSocketThatCannotBeHadEndsItWhenAClientAsks) {
+  const auto network = std::make_shared<FakeNetwork>();
+  const auto exhausted = std::make_shared<FakeNetwork>();
+  exhausted->failing = "open";
+  int sockets = 0;
+  PixieServices services = world_.services();
+  services.makeSocket = [&] {
+    return std::make_unique<FakeUdpSocket>(++sockets == 1 ? network : exhausted);
+  };
+  Pixie service(0, {true, BootWorld::kClientAddress}, services);
+  network->deliver(pxeRequest());
+  EXPECT_THAT(raisedText<SocketExc>([&] { service.run(); }),
+              StartsWith("failed to create TFTP socket"));
 }
 
 }  // namespace

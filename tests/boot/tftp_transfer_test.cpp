@@ -78,6 +78,7 @@ TEST_F(TftpTransferTest,
                              "0\0"s));
   EXPECT_EQ(sentOne(), bytesOf("\0\6tsize\0"s
                                "10824\0"s));
+  EXPECT_EQ(trace_.text(), "ENTERING TFTP LOOP\ngot tsize opt\n");
   feed(transfer, acknowledgement(0));
   EXPECT_EQ(sentOne(), block(1));
 }
@@ -88,6 +89,7 @@ TEST_F(TftpTransferTest, ABlockSizeRequestAloneIsIgnored) {
                              "blksize\0"s
                              "1428\0"s));
   EXPECT_EQ(sentOne(), block(1));
+  EXPECT_EQ(trace_.text(), "ENTERING TFTP LOOP\n");
 }
 
 TEST_F(TftpTransferTest, AnswersGoToTheConfiguredAddressAndTheRequestsPort) {
@@ -245,6 +247,9 @@ TEST_F(TftpTransferTest, AnErrorOfTheClientIsTracedWithItsTextAndDoesNotEndTheTr
   trace_.clear();
   feed(transfer, bytesOf("\0\5\0\x09strange\0"s));
   EXPECT_EQ(trace_.text(), "TFTP error\n- strange\nbad ack\n");
+  trace_.clear();
+  feed(transfer, bytesOf("\0\5\0\x08just the size\0"s));
+  EXPECT_EQ(trace_.text(), "TFTP error\noption negotiation failed: just the size\nbad ack\n");
   takeSent();
   feed(transfer, acknowledgement(1));
   EXPECT_EQ(sentOne(), block(2));
@@ -425,6 +430,17 @@ TEST_F(ServeImageTest, ASupersededWaitEndsAlsoWhileOtherDatagramsCome) {
   for (int i = 0; i < 100; ++i) listeningNetwork_->deliver(Bytes{0}, kClientPort);
   EXPECT_FALSE(serve());
   EXPECT_EQ(listeningNetwork_->toReceive.size(), 99u);
+}
+
+// Each look for other requests takes time, in which more of these datagrams come.
+TEST_F(ServeImageTest, OtherDatagramsDoNotMakeItLookForOtherRequestsMoreOften) {
+  content_ = imageOf(10);
+  int looks = 0;
+  services_.superseded = [&] { return ++looks < 0; };
+  for (int i = 0; i < 100; ++i) listeningNetwork_->deliver(Bytes{0}, kClientPort);
+  listeningNetwork_->deliver(readRequest("f"), kClientPort);
+  EXPECT_TRUE(serve());
+  EXPECT_LE(looks, 1);
 }
 
 TEST_F(ServeImageTest, ARequestThatHasComeIsServedRatherThanSuperseded) {

@@ -80,6 +80,14 @@ TEST_F(BootChoiceTest, PcsThatAreBootingCountToo) {
   EXPECT_EQ(choice.refusal(pc(3)), "as many routers as --first asks for have begun");
 }
 
+TEST_F(BootChoiceTest, APcThatBootedAndThenAnnouncedItselfCountsOnce) {
+  BootChoice choice = make(RouterChoice::kFirst, {}, 2);
+  EXPECT_EQ(choice.refusal(pc(1)), "");
+  choice.routerSeen(pc(1), "");
+  EXPECT_EQ(choice.refusal(pc(2)), "");
+  EXPECT_NE(choice.refusal(pc(3)), "");
+}
+
 TEST_F(BootChoiceTest, APcThatDoesNotArriveMakesRoomForAnother) {
   BootChoice choice = make(RouterChoice::kFirst, {}, 1);
   EXPECT_EQ(choice.refusal(pc(1)), "");

@@ -86,6 +86,15 @@ TEST(BootEventLine, ClientThatFetchesNothingHasALikelyCause) {
   }
 }
 
+TEST(BootEventLine, ClientThatFallsSilentWithinItsFirstImageHasALikelyCause) {
+  for (const int first : {kNetworkBootProgramImage, kEtherbootImage}) {
+    const std::string line = shown(gaveUp(first, true));
+    EXPECT_TRUE(line.starts_with("fell silent while it got the " + bootImageName(first))) << line;
+    EXPECT_NE(line.find("no firewall keeps it from the UDP ports from 32768 on"), std::string::npos)
+        << line;
+  }
+}
+
 TEST(BootEventLine, FileNameOfAnyBytesMovesNoTerminal) {
   EXPECT_EQ(shown(requested(kKernelImage, "a\x1b[2J\nb")), "asked for 'a?[2J b', gets the kernel");
   const std::string line = bootEventLine(requested(kKernelImage, everyByte()));

@@ -121,6 +121,16 @@ TEST_F(BootEventsTest, PcThatFetchesNothingIsToldAndMayAskAgain) {
   EXPECT_EQ(lines[3], lines[1]);
 }
 
+// As two do whose firmware is not content with the replies.
+TEST_F(BootEventsTest, PcsThatAskInTurnAreEachToldEachTime) {
+  for (const MacAddress& client : {kClientMac, kOther, kOther, kClientMac}) {
+    events.answered(client);
+  }
+  EXPECT_THAT(told(events), ElementsAre("asked to boot, gets 192.168.88.20",
+                                        "02:00:00:00:00:0B  asked to boot, gets 192.168.88.20",
+                                        "asked to boot, gets 192.168.88.20"));
+}
+
 TEST_F(BootEventsTest, PcThatFallsSilentIsTold) {
   start();
   BootClient client(world.network, BootWorld::pxePlan());

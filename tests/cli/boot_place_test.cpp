@@ -102,8 +102,15 @@ TEST(BootAdapter, AddressThatCannotBeAPcsIsRefused) {
   }
 }
 
-TEST(BootAdapter, ComputerWithoutAnAddressIsTold) {
-  EXPECT_THAT(refusalOf("", kFree, {}), StartsWith("This computer has no network address"));
+TEST(BootAdapter, ComputerWithoutAnAddressIsToldAndNoMistakeOfTheArguments) {
+  try {
+    chosen("", kFree, {});
+    ADD_FAILURE() << "it was taken";
+  } catch (const BadInput&) {
+    ADD_FAILURE() << "bad input";
+  } catch (const Failure& e) {
+    EXPECT_THAT(e.what(), StartsWith("This computer has no network address"));
+  }
 }
 
 TEST(BootAdapter, WhereAdaptersHaveNoNamesTheAddressDecides) {

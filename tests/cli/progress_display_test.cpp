@@ -141,8 +141,6 @@ TEST(PlainProgress, WritesNoEscapeSequences) {
 }
 
 TEST_F(LiveProgressTest, RedrawsTheLinesInPlace) {
-  progress.routerSeen(mac(2), "b");
-  progress.routerSeen(mac(1), "a");
   progress.statusChanged(state(1, 0, "Sending offer..."));
   progress.statusChanged(state(2, 0, "Partitioning and formating harddrive..."));
   progress.tick(0);
@@ -180,6 +178,14 @@ TEST_F(LiveProgressTest, FinishedRouterLeavesItsResultAboveTheLiveLines) {
   progress.tick(kSecond);
   EXPECT_EQ(shown(), (std::vector<std::string>{"02:00:00:00:01:01  ok      finished",
                                                "02:00:00:00:01:02  failed  broken"}));
+}
+
+TEST_F(LiveProgressTest, AnnouncementStaysAboveTheLiveLines) {
+  progress.routerSeen(mac(1), "lab\x1b");
+  progress.statusChanged(state(1, 0));
+  progress.tick(0);
+  EXPECT_EQ(shown(), (std::vector<std::string>{"02:00:00:00:01:01  announced itself: lab?",
+                                               "02:00:00:00:01:01  Installing  sending"}));
 }
 
 TEST_F(LiveProgressTest, NoteStaysAboveTheLiveLines) {

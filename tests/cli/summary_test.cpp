@@ -45,6 +45,15 @@ TEST(Summary, NoneAppearedThoughTheyCouldBoot) {
             "boot from the network and are on the same network, or wait longer with --wait.");
 }
 
+TEST(Summary, NoneAppearedThoughOneHasBooted) {
+  InstallOptions options;
+  options.bootAddress = 1;
+  options.wait = 600 * kSecond;
+  EXPECT_EQ(summary(options, {}, "eth0", true),
+            "No router announced itself within 600 seconds on eth0. Check what the screens of the "
+            "PCs say that have asked to boot, or wait longer with --wait.");
+}
+
 TEST(Summary, CountsOneSecondAsOne) {
   InstallOptions options;
   options.wait = kSecond;

@@ -108,7 +108,7 @@ a_second_installer_is_told_that_the_port_is_in_use() {
   demo_packages
   ip netns exec "$netns1" "$CLI" routers --interface "$netns_if1" --seconds 5 >/dev/null 2>&1 &
   pids+=($!)
-  sleep 0.5
+  wait_for_port 5000 10 || return
   status 1 install --packages "$WORK/packages" --select-all --all --wait 1 || return 1
   says "$WORK/err" "5000"
 }

@@ -44,9 +44,20 @@ stop_all() {
   local pid stopper
   for stopper in ${stoppers[@]+"${stoppers[@]}"}; do "$stopper"; done
   for pid in ${pids[@]+"${pids[@]}"}; do
-    kill "$pid" 2>/dev/null && wait "$pid" 2>/dev/null
+    kill "$pid" 2>/dev/null || continue
+    has_ended "$pid" 10 || kill -KILL "$pid"
+    wait "$pid" 2>/dev/null
   done
   pids=()
+}
+
+# has_ended PROCESS SECONDS: the process, which this shell has started, ends within that time.
+has_ended() {
+  local left=$(($2 * 20))
+  while kill -0 "$1" 2>/dev/null; do
+    [ $((left -= 1)) -gt 0 ] || return 1
+    sleep 0.05
+  done
 }
 
 # start_target NAME [ARGUMENT...]: a target whose store and log are $WORK/NAME and $WORK/NAME.log.
@@ -96,7 +107,8 @@ start_boot() {
   wait_for "$WORK/boot.err" "Answering" 10
 }
 
-# ask_boot [VENDOR-CLASS]: asks as boot firmware does; the reply is in $WORK/reply.
+# ask_boot [VENDOR-CLASS [SECONDS]]: asks as boot firmware does, and waits so long for the reply, which
+# is in $WORK/reply.
 ask_boot() {
   ip netns exec "$netns2" "$BIN/tests/tools/ask-boot" "$netns_if2" $MAC_TARGET "$@" >"$WORK/reply"
 }
@@ -146,6 +158,24 @@ no_temporary_files() {
   say "temporary files are left:"
   ls "$WORK/tmp"
   return 1
+}
+
+# ends_with STATUS PROCESS SECONDS: the process ends with that exit status, and within that time.
+ends_with() {
+  local wanted=$1 got
+  has_ended "$2" "$3" || { say "process $2 still runs after $3 seconds"; return 1; }
+  wait "$2"
+  got=$?
+  [ $got -eq "$wanted" ] || { say "expected exit status $wanted, got $got"; return 1; }
+}
+
+# wait_for_port PORT SECONDS: until somebody in the command line's namespace has the UDP port.
+wait_for_port() {
+  local left=$(($2 * 20))
+  until [ -n "$(ip netns exec "$netns1" ss -Huln "sport = :$1")" ]; do
+    [ $((left -= 1)) -gt 0 ] || { say "nobody has port $1"; return 1; }
+    sleep 0.05
+  done
 }
 
 # wait_for FILE TEXT SECONDS

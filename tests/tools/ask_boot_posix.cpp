@@ -1,9 +1,11 @@
-// ask-boot INTERFACE MAC [VENDOR-CLASS]: asks for an address and a boot file, as boot firmware of
-// that vendor class does ("PXEClient:Arch:00000:UNDI:002001" unless told otherwise), and prints
-// what is answered, a word per field. Fails when nothing is within two seconds.
+// ask-boot INTERFACE MAC [VENDOR-CLASS [SECONDS]]: asks for an address and a boot file, as boot
+// firmware of that vendor class does ("PXEClient:Arch:00000:UNDI:002001" unless told otherwise),
+// and prints what is answered, a word per field. Fails when nothing is within so many seconds (10
+// unless told otherwise).
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 #include "boot/bootp_packet.h"
@@ -17,7 +19,7 @@ namespace {
 
 using namespace omniset;
 
-constexpr Micros kWait = 2 * kSecond;
+constexpr Micros kWait = 10 * kSecond;
 
 test::Bytes request(const MacAddress& mac, std::string_view vendorClass) {
   return test::requestWith({test::option(60, vendorClass)}, mac);
@@ -35,7 +37,8 @@ void print(const BootpPacket& reply, std::size_t length) {
   std::printf("\n");
 }
 
-int ask(const std::string& interface, const MacAddress& mac, std::string_view vendorClass) {
+int ask(const std::string& interface, const MacAddress& mac, std::string_view vendorClass,
+        Micros wait) {
   const auto socket = makeUdpSocket(interface);
   socket->open("socket() failed");
   socket->allowAddressReuse("setsockopt() SO_REUSEADDR failed");
@@ -43,7 +46,7 @@ int ask(const std::string& interface, const MacAddress& mac, std::string_view ve
   socket->bind(kBootpClientPort, "bind() failed");
   socket->sendTo(request(mac, vendorClass), {kBroadcastAddress, kBootpServerPort},
                  "sendto() failed");
-  while (socket->waitReadable(kWait, "select() failed")) {
+  while (socket->waitReadable(wait, "select() failed")) {
     BootpPacket reply;
     UdpPeer from;
     const std::size_t length = socket->receiveFrom(reply.bytes, from, "recvfrom() failed");
@@ -58,13 +61,14 @@ int ask(const std::string& interface, const MacAddress& mac, std::string_view ve
 }  // namespace
 
 int main(int argc, char** argv) {
-  const auto mac = argc == 3 || argc == 4 ? MacAddress::parse(argv[2]) : std::nullopt;
+  const auto mac = argc >= 3 && argc <= 5 ? MacAddress::parse(argv[2]) : std::nullopt;
   if (!mac) {
-    std::fprintf(stderr, "usage: ask-boot INTERFACE MAC [VENDOR-CLASS]\n");
+    std::fprintf(stderr, "usage: ask-boot INTERFACE MAC [VENDOR-CLASS [SECONDS]]\n");
     return 2;
   }
   try {
-    return ask(argv[1], *mac, argc == 4 ? argv[3] : test::kPxeClass);
+    return ask(argv[1], *mac, argc > 3 ? argv[3] : test::kPxeClass,
+               argc > 4 ? std::atoi(argv[4]) * kSecond : kWait);
   } catch (const Error& e) {
     std::fprintf(stderr, "ask-boot: %s\n", e.what());
     return 2;

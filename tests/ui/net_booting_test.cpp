@@ -91,7 +91,9 @@ TEST_F(NetBootingTest, KeepsWhatIsEnteredAndHandsItToTheService) {
 
 TEST_F(NetBootingTest, AnAddressThatNoPcCanUseIsWarnedOfAndHandedOver) {
   netBooting.changeSettings({true, kFar});
-  EXPECT_THAT(person.said, ElementsAre("Warning: " + *clientAddressProblem(kFar, addresses)));
+  EXPECT_THAT(person.said,
+              ElementsAre("Warning: " + *clientAddressProblem(kFar, addresses) +
+                          " Until \"Net booting\" is given another, PCs get this one."));
   EXPECT_THAT(person.icons, ElementsAre(Operator::Icon::kNone));
   EXPECT_EQ(kFar, settings.clientAddress);
   EXPECT_THAT(service.configured, ElementsAre(PixieConfig{true, kFar}));

@@ -19,6 +19,18 @@ a_pc_whose_power_was_cut_while_it_loaded_boots_again() {
     finish_install && is_installed pc
 }
 
+# The server then sends again what has arrived already.
+a_pc_that_stood_still_while_it_loaded_goes_on() {
+  local times
+  begin_boot_and_install --first 1 &&
+    start_pc pc boot=network && vm_await pc "Loading linux" || return
+  for times in 1 2 3; do
+    kill -STOP "${vm_pids[pc]}" && sleep 1.4 && kill -CONT "${vm_pids[pc]}" && sleep 0.1 || return
+  done
+  vm_await pc "Announcing on" && ! vm_says pc console "network boot" 2 && finish_install &&
+    is_installed pc
+}
+
 a_pc_boots_while_other_traffic_floods_the_network() {
   begin_boot_and_install --first 1 || return
   # shellcheck disable=SC2016 # for the other shell
@@ -32,4 +44,5 @@ a_pc_boots_while_other_traffic_floods_the_network() {
 
 run_tests a_pc_that_was_installed_starts_from_its_disk_next \
   a_pc_whose_power_was_cut_while_it_loaded_boots_again \
+  a_pc_that_stood_still_while_it_loaded_goes_on \
   a_pc_boots_while_other_traffic_floods_the_network

@@ -22,7 +22,9 @@ void NetBooting::changeSettings(const BootServerSettings& entered) {
 void NetBooting::warnOfAddress() {
   try {
     if (const auto problem = clientAddressProblem(settings_.clientAddress, addresses_)) {
-      person_.tell("Warning", *problem, Operator::Icon::kNone);
+      person_.tell("Warning",
+                   *problem + " Until \"Net booting\" is given another, PCs get this one.",
+                   Operator::Icon::kNone);
     }
   } catch (const Error& failure) {
     traceLine(std::string("checking the client address: ") + failure.what());

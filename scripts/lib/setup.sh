@@ -63,7 +63,7 @@ BUILD_NEWS='^(Building the kernel|  kernel: |The kernel has|Waiting for another 
 
 # build PRESET [TARGET...]: configures, and builds what changed.
 build() {
-  local preset=$1 log="$BUILD/$1.log" targets=()
+  local preset=$1 log="$BUILD/$1.log" targets=() news=
   shift
   # The others carry the boot images that the native build makes.
   case $preset in
@@ -71,7 +71,8 @@ build() {
     *) build linux payload || return ;;
   esac
   [ $# -gt 0 ] && targets=(--target "$@")
-  say "Building ($preset) ..."
+  [ -d "$BUILD/$preset" ] || news=" this takes some minutes the first time"
+  say "Building ($preset) ...$news"
   { cmake -S "$TOP" --preset "$preset" &&
     cmake --build "$BUILD/$preset" "${targets[@]}"; } 2>&1 |
     tee "$log" | grep -E --line-buffered "$BUILD_NEWS"

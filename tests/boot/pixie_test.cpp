@@ -443,7 +443,7 @@ TEST_F(PixieTest, DisabledItSendsNothingUntilAConfigurationEnablesIt) {
   EXPECT_TRUE(world_.service->step(responder));  // a second of doing nothing
   const Micros idle = SystemClock().now() - before;
   EXPECT_GE(idle, kSecond / 2);
-  EXPECT_LE(idle, 5 * kSecond / 2);
+  EXPECT_LE(idle, 10 * kSecond);  // of a machine with other work
   EXPECT_THAT(world_.network.sent(), IsEmpty());
   world_.service->configure({true, BootWorld::kClientAddress});
   send(pxeRequest(), 67, kSecond / 2);

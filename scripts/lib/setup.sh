@@ -40,6 +40,9 @@ as_root() {
   if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
 }
 
+# Of the packages; they are fetched once a run.
+lists_are_new=
+
 # need PACKAGE...: installs the packages that are missing.
 need() {
   local missing=() package
@@ -49,13 +52,14 @@ need() {
   done
   [ ${#missing[@]} -eq 0 ] && return 0
   say "Installing ${missing[*]} ..."
-  { as_root apt-get -qq update &&
+  { { [ -n "$lists_are_new" ] || as_root apt-get -qq update; } &&
     as_root env DEBIAN_FRONTEND=noninteractive \
       apt-get -y -qq --no-install-recommends install "${missing[@]}"; } \
     >"$BUILD/apt.log" 2>&1 || {
     tail -n 20 "$BUILD/apt.log" >&2
     die "Cannot install ${missing[*]}."
   }
+  lists_are_new=yes
 }
 
 # What a build says to the person who waits, for minutes where a kernel is built.

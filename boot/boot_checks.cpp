@@ -98,8 +98,7 @@ std::string bootFailureText(std::string_view exceptionText) {
            std::to_string(kTftpPort) +
            ", which cannot be had: another DHCP, BOOTP or TFTP server probably runs on this "
            "computer, or this program already, or the ports are reserved for its administrator. "
-           "End that server, or start "
-           "this program as administrator, and try again." +
+           "End that server, or start this program as administrator, and try again." +
            reason;
   }
   return "Network booting cannot go on: check that the network adapter is up and that this program "

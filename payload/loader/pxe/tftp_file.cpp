@@ -34,13 +34,12 @@ std::array<std::uint8_t, kHead + kGathered> gathered;
 
 struct Transfer {
   const char* name = nullptr;
-  std::uint16_t ownPort = 0;
   std::uint16_t serverPort = 0;  // 0: the server has not answered yet
   std::uint16_t next = 1;        // the block that is awaited
   bool hasEnded = false;
 };
 Transfer file;
-std::uint16_t ownPort;
+std::uint16_t ownPort;  // of this file; the next one has another
 
 void put(std::uint8_t* bytes, std::uint16_t value) {
   bytes[0] = static_cast<std::uint8_t>(value >> 8);
@@ -61,14 +60,14 @@ void sendRequest() {
       request[length++] = static_cast<std::uint8_t>(*text);
     } while (*text++ != 0);
   }
-  sendDatagram(file.ownPort, kRequestPort, request.data(), length);
+  sendDatagram(ownPort, kRequestPort, request.data(), length);
 }
 
 void acknowledge(std::uint16_t block) {
   std::array<std::uint8_t, 4> acknowledgement;
   put(acknowledgement.data(), kAcknowledgement);
   put(&acknowledgement[2], block);
-  sendDatagram(file.ownPort, file.serverPort, acknowledgement.data(), acknowledgement.size());
+  sendDatagram(ownPort, file.serverPort, acknowledgement.data(), acknowledgement.size());
 }
 
 void sendAgain() {
@@ -89,8 +88,8 @@ void sendAgain() {
   fail(file.name, " was not received: the server fell silent.");
 }
 
-// A block that comes again was acknowledged in vain.
-bool isNextBlock(const std::uint8_t* datagram, std::uint16_t length, std::uint16_t serverPort) {
+// True when this is the block that is awaited. One that comes again was acknowledged in vain.
+bool takeIfNext(const std::uint8_t* datagram, std::uint16_t length, std::uint16_t serverPort) {
   if (length < kHead || length > kHead + kBlock) return false;
   if (serverPort == 0) return false;
   if (file.serverPort != 0 && file.serverPort != serverPort) return false;
@@ -113,8 +112,8 @@ std::uint16_t awaitBlock(std::uint8_t* place) {
   std::uint16_t last = ticks();
   for (std::uint16_t passed = 0; passed < kPatience;) {
     std::uint16_t serverPort = 0;
-    const std::uint16_t length = receiveDatagram(file.ownPort, place, kHead + kBlock, serverPort);
-    if (isNextBlock(place, length, serverPort)) return static_cast<std::uint16_t>(length - kHead);
+    const std::uint16_t length = receiveDatagram(ownPort, place, kHead + kBlock, serverPort);
+    if (takeIfNext(place, length, serverPort)) return static_cast<std::uint16_t>(length - kHead);
     if (ticks() == last) continue;
     last = ticks();
     ++passed;
@@ -149,11 +148,10 @@ std::uint16_t gatherBlocks() {
 }  // namespace
 
 void openFile(const char* name) {
-  // Not that of the file before, nor those that it had before a restart.
+  // Not that of the file before, nor, most likely, one from before a restart.
   ownPort = static_cast<std::uint16_t>(kFirstOwnPort | (ownPort == 0 ? ticks() * 8 : ownPort + 1));
   file = {};
   file.name = name;
-  file.ownPort = ownPort;
   openDatagrams();
   sendRequest();
 }
